@@ -1,0 +1,44 @@
+# A thin front of CMake: `make run` and `make test` do all of their own set-up.
+NET ?= philosophers
+MODELDIR ?= $(CURDIR)/examples
+JOBS := $(shell nproc 2>/dev/null || echo 1)
+
+# Kept between runs, although only pattern rules name them.
+.SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt
+
+.PHONY: all run test asan format format-check clean
+
+all: build/release/CMakeCache.txt
+	@cmake --build --preset release -j $(JOBS)
+
+# The report of NET, which is written beside the net.
+run:
+	@scripts/setup build
+	@$(MAKE) --no-print-directory all >/dev/null
+	@MODELDIR='$(MODELDIR)' build/release/siphons '$(NET)'
+	@cat '$(MODELDIR)/$(NET).siphons'
+
+test:
+	@scripts/setup test
+	@$(MAKE) --no-print-directory test-debug
+
+asan:
+	@scripts/setup test
+	@$(MAKE) --no-print-directory test-asan
+
+test-%: build/%/CMakeCache.txt
+	@cmake --build --preset $* -j $(JOBS)
+	@ctest --preset $* -j $(JOBS)
+
+build/%/CMakeCache.txt: CMakeLists.txt CMakePresets.json tests/CMakeLists.txt
+	@cmake --preset $*
+
+SOURCES := $(shell git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
+format:
+	@clang-format -i $(SOURCES)
+format-check:
+	@scripts/setup check
+	@clang-format --dry-run -Werror $(SOURCES)
+
+clean:
+	@rm -rf build

@@ -1,0 +1,55 @@
+// The dense matrix of signed 32-bit integers that carries the net's incidence matrices, the inequality
+// system, the solver's rays, bit rows and index tables, and the siphons.
+//
+// A matrix is handled through a pointer and owns its row-pointer array and every row; a row is a block of its
+// own, so that rows can be added, dropped and exchanged without moving the others, and no row belongs to two
+// matrices. Rows and columns are numbered from 0; no operation checks an index or a shape. Memory that cannot
+// be had ends the process (out_of_memory.h), except in ResizeRows.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+namespace siphons {
+
+struct Matrix {
+  uint32_t NbRows;     ///< below 2^31
+  uint32_t NbColumns;  ///< length of every row
+  int32_t** p;         ///< p[r] is row r; slots from NbRows on may exist and are stale
+};
+
+/// New matrix, entries not initialised. The caller owns it.
+Matrix* BuildMat(uint32_t rows, uint32_t columns);
+
+/// New matrix, every entry 0. The caller owns it.
+Matrix* ZeroMatrix(uint32_t rows, uint32_t columns);
+
+/// New n x n matrix with 1 on the diagonal, n at least 1. The caller owns it.
+Matrix* IdentityMat(uint32_t n);
+
+/// Adds `extra` rows (not negative, entries not initialised) at the end; the record and the existing rows
+/// stay where they are. Returns 0, or 2 after "RESIZEROWS: no more memory available!" on standard output, the
+/// matrix unchanged.
+int32_t ResizeRows(Matrix** m, int32_t extra);
+
+/// Releases the matrix; null is ignored.
+void FreeMat(Matrix* m);
+
+/// Keeps the first `keep` rows and releases the rest; `keep` is at most NbRows. A null matrix is ignored.
+void PartFreeMat(Matrix** m, uint32_t keep);
+
+/// New matrix with the same entries. The caller owns it.
+Matrix* CopyMat(const Matrix* m);
+
+/// Prints and returns the bytes that the matrix occupies by the formula (4 columns + 8) rows + 16; 0 for
+/// null.
+int32_t SIZEOFMATI(const Matrix* m);
+
+struct MatrixDeleter {
+  void operator()(Matrix* m) const { FreeMat(m); }
+};
+
+/// A matrix that one function holds for itself.
+using OwnedMatrix = std::unique_ptr<Matrix, MatrixDeleter>;
+
+}  // namespace siphons

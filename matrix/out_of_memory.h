@@ -1,0 +1,11 @@
+// The one way in which memory that cannot be had ends the process, for every floor of the program.
+#pragma once
+
+#include <cstdint>
+
+namespace siphons {
+
+/// Writes "Unable to malloc %u bytes\n" with the size to standard error and ends the process with status 255.
+[[noreturn]] void OutOfMemory(uint64_t bytes);
+
+}  // namespace siphons

@@ -1,0 +1,108 @@
+// Life of a matrix, and the row and matrix operations: shapes at the edge, wrap-around, what moves and what
+// stays.
+#include "matrix/matrix.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <csignal>
+
+#include "matrix/arithmetic.h"
+#include "matrix/matrixOps.h"
+#include "tests/rows.h"
+
+namespace siphons {
+namespace {
+
+constexpr int32_t kMin = INT32_MIN;
+
+TEST(Arithmetic, WrapsAndTruncatesAtTheEdges) {
+  EXPECT_EQ(WrapAdd(INT32_MAX, 1), kMin);
+  EXPECT_EQ(WrapMul(65536, 65536), 0);
+  EXPECT_EQ(WrapAbs(kMin), kMin);
+  EXPECT_EQ(TruncateToInt32(2147483647.9L), INT32_MAX);
+  EXPECT_EQ(TruncateToInt32(-2147483648.9L), kMin);
+  EXPECT_EQ(TruncateToInt32(2147483648.0L), kMin);
+  EXPECT_EQ(TruncateToInt32(std::nanl("")), kMin);
+  EXPECT_EQ(TruncRem(-7, 2), -1);
+}
+
+TEST(ArithmeticDeathTest, ImpossibleDivisionsRaiseTheSignal) {
+  EXPECT_EXIT(TruncDiv(1, 0), testing::KilledBySignal(SIGFPE), "");
+  EXPECT_EXIT(TruncDiv(kMin, -1), testing::KilledBySignal(SIGFPE), "");
+  EXPECT_EXIT(TruncRem(kMin, -1), testing::KilledBySignal(SIGFPE), "");
+}
+
+TEST(MatrixLife, EmptyShapes) {
+  const OwnedMatrix noRows(ZeroMatrix(0, 3));
+  EXPECT_EQ(noRows->NbRows, 0u);
+  const OwnedMatrix noColumns(ZeroMatrix(3, 0));
+  EXPECT_EQ(RowsOf(*noColumns), Rows(3));
+  FreeMat(nullptr);
+  Matrix* null = nullptr;
+  PartFreeMat(&null, 0);
+  EXPECT_EQ(SIZEOFMATI(nullptr), 0);
+}
+
+TEST(MatrixLife, GrowingKeepsRowsAndTruncatingDropsThem) {
+  Matrix* m = IdentityMat(3);
+  int32_t* const second = m->p[1];
+  ASSERT_EQ(ResizeRows(&m, 1000), 0);
+  EXPECT_EQ(m->NbRows, 1003u);
+  EXPECT_EQ(m->p[1], second);
+  m->p[1002][2] = 7;
+  PartFreeMat(&m, 3);
+  EXPECT_EQ(RowsOf(*m), (Rows{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}));
+  ASSERT_EQ(ResizeRows(&m, 0), 0);
+  const OwnedMatrix copy(CopyMat(m));
+  PartFreeMat(&m, 0);
+  EXPECT_EQ(copy->NbRows, 3u);
+  ASSERT_EQ(ResizeRows(&m, 2), 0);
+  EXPECT_EQ(m->NbRows, 2u);
+  FreeMat(m);
+}
+
+TEST(MatrixLife, SizeIsPrintedAndReturned) {
+  const OwnedMatrix m(ZeroMatrix(3, 5));
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(SIZEOFMATI(m.get()), 100);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "size of matrix: 100 bytes\n");
+}
+
+TEST(MatrixOps, RowsAreExchangedCopiedAndUnited) {
+  const OwnedMatrix m = MatrixOf({{1, 2}, {4, 8}, {0, 0}});
+  int32_t scratch[2];
+  RowExchange(m.get(), 0, 1, scratch);
+  RowExchange(m.get(), 2, 2, scratch);
+  CopyRow(m.get(), 1, 2);
+  EXPECT_EQ(RowsOf(*m), (Rows{{4, 8}, {1, 2}, {1, 2}}));
+  RowOr(0, 1, 1, m.get());
+  EXPECT_EQ(RowsOf(*m), (Rows{{4, 8}, {5, 10}, {1, 2}}));
+  EXPECT_EQ(RowsOf(*SwapCols(0, 1, SwapRows(0, 2, m.get()))), (Rows{{2, 1}, {10, 5}, {8, 4}}));
+}
+
+TEST(MatrixOps, ProductsWrap) {
+  const OwnedMatrix a = MatrixOf({{1, 2, 3}, {65536, 0, INT32_MAX}});
+  const OwnedMatrix b = MatrixOf({{1, 65536}, {1, 0}, {1, 1}});
+  const OwnedMatrix product(MultMat(a.get(), b.get()));
+  EXPECT_EQ(RowsOf(*product), (Rows{{6, 65539}, {kMin + 65535, INT32_MAX}}));
+  const OwnedMatrix narrow(ZeroMatrix(2, 0));
+  const OwnedMatrix flat(ZeroMatrix(0, 3));
+  EXPECT_EQ(RowsOf(*OwnedMatrix(MultMat(narrow.get(), flat.get()))), (Rows{{0, 0, 0}, {0, 0, 0}}));
+  EXPECT_EQ(RowsOf(*OwnedMatrix(AddMultCol(2, 0, 2, a.get()))), (Rows{{7, 2, 3}, {65534, 0, INT32_MAX}}));
+  EXPECT_EQ(RowsOf(*OwnedMatrix(ScalarCol(2, -2, a.get()))), (Rows{{1, 2, -6}, {65536, 0, 2}}));
+}
+
+TEST(MatrixOps, TransposesAndSearches) {
+  const OwnedMatrix m = MatrixOf({{0, 0, 5}, {0, 3, 0}, {0, 0, 5}});
+  EXPECT_EQ(RowsOf(*OwnedMatrix(TransMat(m.get()))), (Rows{{0, 0, 0}, {0, 3, 0}, {5, 0, 5}}));
+  EXPECT_EQ(RowSeek(m.get(), 1, 0), 1u);
+  EXPECT_EQ(RowSeek(m.get(), 1, 2), 3u);
+  EXPECT_EQ(RowSeek(m.get(), 1, 9), 9u);
+  EXPECT_EQ(ISIN(2, m.get(), m.get()), 0);
+  EXPECT_EQ(ISIN(1, m.get(), MatrixOf({{0, 3}}).get()), -1);
+  EXPECT_EQ(ISIN(1, m.get(), MatrixOf({{0, 0, 3}}).get()), -1);
+}
+
+}  // namespace
+}  // namespace siphons
