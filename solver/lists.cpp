@@ -1,0 +1,164 @@
+// Pair lists and the free list. The blocks fix the order; a hash index beside them finds the chain of a key
+// and its tail, so filing a pair costs the same however many keys and companions there are. A chain takes as
+// much memory as it holds companions.
+#include "solver/lists.h"
+
+#include <cstdio>
+#include <new>
+#include <unordered_map>
+#include <utility>
+
+namespace siphons {
+
+struct KeyIndex {
+  std::unordered_map<uint32_t, LLElement*> tails;  ///< last element of each key's chain
+  LiList* lastBlock;
+};
+
+namespace {
+
+void TellNoMemory() {
+  std::puts("CreateLLElement: no more memory available!");
+}
+
+LLElement* NewElement(uint32_t companion) {
+  auto element = std::make_unique<LLElement>(LLElement{{companion}, nullptr});
+  return element.release();
+}
+
+void AppendKey(LiList* list, uint32_t key, uint32_t companion) {
+  KeyIndex& index = *list->index;
+  if (index.lastBlock->nbKeys == kBlockKeys) {
+    index.lastBlock->next = CreateLiList();
+    index.lastBlock = index.lastBlock->next;
+  }
+  LLElement* const element = NewElement(companion);
+  try {
+    index.tails.emplace(key, element);
+  } catch (...) {
+    delete element;
+    throw;
+  }
+  LiList& block = *index.lastBlock;
+  block.keys[block.nbKeys] = key;
+  block.chains[block.nbKeys] = element;
+  ++block.nbKeys;
+}
+
+}  // namespace
+
+LiList* CreateLiList() {
+  return new LiList{{0xFFFFFFFF}, {}, 0, nullptr, nullptr};
+}
+
+int32_t StorePair(LiList* list, uint32_t key, uint32_t companion) {
+  try {
+    if (list->index == nullptr) list->index = new KeyIndex{{}, list};
+    const auto found = list->index->tails.find(key);
+    if (found == list->index->tails.end()) {
+      AppendKey(list, key, companion);
+    } else if (LLElement*& tail = found->second; tail->values.size() < kElementValues) {
+      tail->values.push_back(companion);
+    } else {
+      tail->next = NewElement(companion);
+      tail = tail->next;
+    }
+    return 0;
+  } catch (const std::bad_alloc&) {
+    TellNoMemory();
+    return 1;
+  }
+}
+
+void FreeLiList(LiList* list) {
+  if (list != nullptr) delete list->index;
+  while (list != nullptr) {
+    for (uint32_t i = 0; i < list->nbKeys; ++i) FreeLiListElement(list->chains[i]);
+    delete std::exchange(list, list->next);
+  }
+}
+
+void FreeLiListElement(LLElement* element) {
+  while (element != nullptr) delete std::exchange(element, element->next);
+}
+
+int32_t CreateLLElement(LLElement** last) {
+  try {
+    LLElement* const element = NewElement(0);
+    if (*last != nullptr) (*last)->next = element;
+    *last = element;
+    return 0;
+  } catch (const std::bad_alloc&) {
+    TellNoMemory();
+    return 2;
+  }
+}
+
+void ScanList(const LiList* list, uint32_t* nbKeys, uint32_t* nbValues) {
+  *nbKeys = 0;
+  *nbValues = 0;
+  for (const LiList* block = list; block != nullptr; block = block->next) *nbKeys += block->nbKeys;
+  ForEachPair(list, [&](uint32_t, uint32_t) {
+    ++*nbValues;
+    return 0;
+  });
+}
+
+void printLiList(const LiList* list) {
+  std::puts("************DISPLAYLIST***********");
+  uint32_t keys = 0;
+  for (const LiList* block = list; block != nullptr; block = block->next) {
+    for (uint32_t i = 0; i < block->nbKeys; ++i) {
+      std::printf("Row number %i ", static_cast<int32_t>(block->keys[i]));
+      std::puts("is adjacent to rows");
+      printLiListElement(block->chains[i]);
+    }
+    keys += block->nbKeys;
+  }
+  std::printf("*********%i ELEMENTS***********\n", static_cast<int32_t>(keys));
+}
+
+void printLiListElement(const LLElement* element) {
+  for (; element != nullptr; element = element->next) {
+    for (const uint32_t companion : element->values) std::printf(" %i ", static_cast<int32_t>(companion));
+  }
+  std::puts("");
+}
+
+FreeListBlock* InitFreeList() {
+  return new FreeListBlock{{}, 0, 0, nullptr};
+}
+
+void DelSingleRow(FreeListBlock** head, uint32_t* flag, uint32_t number) {
+  FreeListBlock* last = *head;
+  while (last->next != nullptr) last = last->next;
+  if (last->nbRows == kFreeBlockRows) {
+    last->next = InitFreeList();
+    last = last->next;
+  }
+  last->rows[last->nbRows] = number;
+  ++last->nbRows;
+  *flag = 0;
+}
+
+uint32_t GetFreeRow(FreeListBlock** head, uint32_t* flag) {
+  FreeListBlock* const block = *head;
+  const uint32_t number = block->rows[block->readPos];
+  if (block->nbRows != block->readPos + 1) {
+    ++block->readPos;
+  } else if (block->next != nullptr) {
+    *head = block->next;
+    delete block;
+  } else {
+    *flag = 1;
+    block->nbRows = 0;
+    block->readPos = 0;
+  }
+  return number;
+}
+
+void DelFreeList(FreeListBlock* head) {
+  while (head != nullptr) delete std::exchange(head, head->next);
+}
+
+}  // namespace siphons

@@ -1,0 +1,97 @@
+// The state of one solve, shared by the solver's modules.
+//
+// Rays are rows of Ray: entry 0 is the status, the value of the constraint being processed; entries 1 to
+// Dimension are the coordinates, divided by their greatest common divisor, the last of them the homogenising
+// one. The first NbLines rows are lines (two-sided), the rows up to NbRay - 1 are rays, the rest is spare.
+// Sat and MinF are row-parallel: their row r describes the ray in row r and moves with it.
+//
+// A saturation row says for constraint c, at word c >> 5 under the mask 0x80000000 >> (c & 31), that the ray
+// does not saturate it (bit set). A clear bit means saturated, or not evaluated: evaluation stops at the
+// first constraint that the ray violates.
+//
+// Dual makes and releases the tables, unless another owner is named.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "matrix/matrix.h"
+#include "solver/lists.h"
+
+namespace siphons {
+
+extern Matrix* Constraints;  ///< the system; rows are reordered in place, owned by the caller of the solver
+extern uint32_t NbConstraints;
+extern uint32_t Dimension;  ///< coordinates of a ray
+extern int32_t maxMinF;     ///< NbConstraints: the MinF of a ray that violates no remaining constraint
+extern uint32_t nc;         ///< words of a saturation row
+
+extern Matrix* Ray;  ///< released by SolveInequationSystem
+extern Matrix* Sat;  ///< released by SolveInequationSystem
+extern Matrix*
+    MinF;  ///< column 0: first constraint from the current one on that the ray violates; 1: sort scratch
+extern uint32_t NbRay;
+extern uint32_t NbLines;
+extern uint32_t OldRays;    ///< progress mark: NbRay when it last was more than 1000 away
+extern uint32_t NbMaxRays;  ///< bound of NbRay, kept between solves
+
+extern Matrix* IndexLR;     ///< row of the ray with this number, or kNoNumber
+extern uint32_t NbIndexLR;  ///< numbers handed out from the end
+extern Matrix* IndexRL;     ///< number of the ray in this row, or kNoNumber
+extern uint32_t NbIndexRL;  ///< rows that IndexRL covers
+extern FreeListBlock* FLR;  ///< released ray numbers
+extern uint32_t blockflag;  ///< 1 when FLR is empty
+
+extern std::vector<LiList*>
+    LiListArray;         ///< per constraint: adjacent pairs to combine at it; null once it is done
+extern LiList* GenList;  ///< new rays of the current constraint by the row of their positive parent
+
+extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each 16-bit value
+extern std::vector<uint32_t> Border;     ///< first row of the sorted region with this MinF, or kNoRow
+extern std::vector<uint32_t> BitRow;     ///< work row of the first adjacency sweep
+extern std::vector<uint32_t> BitRow2;    ///< mask of the constraints between two others
+extern std::vector<uint32_t> AdjBitRow;  ///< work row of the quick and the full test
+
+extern uint32_t WCount, BCount;        ///< word and mask of the current constraint k
+extern uint32_t AdjWCount, AdjBCount;  ///< the same for k + 1
+extern uint32_t AdjBitmask;            ///< bits of the constraints above k in word AdjWCount
+extern uint32_t TTEST;                 ///< first row that the full adjacency test scans
+
+extern std::vector<int32_t> raytemprow, sattemprow, minftemprow;  ///< scratch for exchanging rows
+
+// Counters, kept between solves.
+extern int32_t adjcounter;    ///< full adjacency tests of new rays with their parents
+extern int32_t redcounter;    ///< of these, pairs found not adjacent
+extern int32_t quickcounter;  ///< of these, pairs rejected by the quick test
+extern int32_t checkedlater;  ///< pairs deferred by CheckedLater
+
+/// Whether any sum of the solve left 32 bits or any product had to be repeated in extended precision. What
+/// rests on exact arithmetic (saturation bits that agree with the coordinates, for one) then need not hold.
+extern bool ArithmeticWrapped;
+
+inline constexpr int32_t kNoNumber = 0x7fffffff;  ///< no ray number, in IndexRL; no row, in IndexLR
+inline constexpr uint32_t kNoRow = 0xFFFFFFFF;
+
+inline constexpr uint32_t WordOf(uint32_t constraint) {
+  return constraint >> 5;
+}
+inline constexpr uint32_t BitOf(uint32_t constraint) {
+  return 0x80000000U >> (constraint & 31);
+}
+
+/// The bits of `constraint` and of all constraints behind it in the same word.
+inline constexpr uint32_t BitsFrom(uint32_t constraint) {
+  return 2 * BitOf(constraint) - 1;
+}
+
+/// The saturation row as unsigned words.
+inline uint32_t* SatWords(uint32_t row) {
+  return reinterpret_cast<uint32_t*>(Sat->p[row]);
+}
+
+inline bool SatBit(uint32_t row, uint32_t constraint) {
+  return (SatWords(row)[WordOf(constraint)] & BitOf(constraint)) != 0;
+}
+
+}  // namespace siphons
