@@ -1,0 +1,28 @@
+// Which rays are adjacent, and filing the adjacent pairs under the constraint at which they will combine.
+//
+// Two extreme rays are adjacent when no third ray saturates every constraint that both saturate (the
+// combinatorial test of Fukuda and Prodon 1996). A pair is filed under the first constraint that one of the
+// two violates, the violator first, provided that the other satisfies it strictly; only pairs of the faces
+// that change are ever tested.
+#pragma once
+
+#include <cstdint>
+
+namespace siphons {
+
+// All return 0, or 1 when a pair could not be filed: no memory, or the constraint it belongs to is done. The
+// latter takes a wrapped sum.
+
+/// Files every adjacent pair of the rays that the basis leaves. All constraints are evaluated; lastBasis is
+/// the index of the last basis constraint.
+int32_t FileFirstPairs(int32_t lastBasis);
+
+/// Files the pairs of each new ray of constraint k with its positive parent, from GenList; `moved` is by how
+/// many rows the new rays have come up since GenList was written.
+int32_t FilePairsWithParents(uint32_t k, uint32_t moved);
+
+/// Files the pairs among the rays from row `first` on, which all saturate constraint k and are ordered by
+/// MinF.
+int32_t FilePairsOnFacet(uint32_t k, uint32_t first);
+
+}  // namespace siphons
