@@ -1,0 +1,7 @@
+#include "driver/fetch_path.h"
+
+namespace siphons {
+
+void fetch_path(char*) {}
+
+}  // namespace siphons

@@ -1,0 +1,54 @@
+#include <algorithm>
+
+#include "net/memory.h"
+#include "net/net.h"
+
+namespace siphons {
+
+namespace {
+
+void FreeArcs(NetArc* arcs, int32_t count) {
+  std::for_each(arcs, arcs + count, [](const NetArc& arc) {
+    Free(arc.md_mult);
+    Free(arc.point);
+  });
+  Free(arcs);
+}
+
+/// Calls release(record) for all slots of a table whose count may still be "not announced", then releases the
+/// table.
+template <typename Record, typename Release>
+void FreeTable(Record* table, int32_t count, Release release) {
+  std::for_each(table, table + std::max(count, 0), release);
+  Free(table);
+}
+
+}  // namespace
+
+void free_net(Net* net) {
+  if (net == nullptr) return;
+  Free(net->name);
+  Free(net->comment);
+  FreeTable(net->delaypars, net->ndelaypars, [](const DelayPar& parameter) {
+    Free(parameter.name);
+    Free(parameter.text);
+  });
+  FreeTable(net->places, net->nplaces, [](const NetPlace& place) { Free(place.name); });
+  std::for_each(net->transitions, net->transitions + std::max(net->ntrans, 0), [](NetTransition& t) {
+    Free(t.name);
+    Free(t.delay.text);
+    Free(t.md_enable);
+    FreeArcs(t.inarcs, t.ninarcs);
+    FreeArcs(t.outarcs, t.noutarcs);
+    FreeArcs(t.inharcs, t.ninharcs);
+    t = {};
+  });
+  Abandon(net->transitions);
+  FreeTable(net->rewards, net->nrewards, [](const RewardMeasure& measure) {
+    Free(measure.name);
+    Free(measure.def);
+  });
+  Free(net);
+}
+
+}  // namespace siphons

@@ -1,0 +1,109 @@
+// The net model: everything that a net description file says, also what the siphon computation never uses
+// (drawing positions, delays, functions, measures), so that the reader can serve other analyses.
+//
+// Tables are arrays of zero-filled records of the announced size; a record whose name is null is a free slot.
+// The net owns its tables, every text is a private copy, and references point into the net's own tables. A
+// tag says which of the fields next to it holds the value.
+#pragma once
+
+#include <cstdint>
+
+namespace siphons {
+
+/// Reports a message. `fatal` is 0 for a warning, else the exit status that the default uses; the default
+/// does not return from a fatal report.
+using ErrorFunc = int32_t (*)(const char* message, int32_t fatal);
+
+enum NetType : int32_t { kGspn = 0, kDspn = 1, kEdspn = 2, kCdspn = 3 };
+
+enum TransitionType : int32_t { kImmediate = 0, kExponential = 1, kDeterministic = 2, kGeneral = 3 };
+
+enum DelayType : int32_t {
+  kDelayNumber = 0,     ///< delay.value
+  kDelayParameter = 1,  ///< delay.parameter
+  kDelayMarkdep = 2,    ///< delay.text, a marking-dependent definition
+  kDelayPmf = 3,        ///< delay.text, a general distribution
+};
+
+enum FiringPolicy : int32_t { kResample = 0, kRaceAge = 1, kRaceEnable = 2 };
+
+struct Position {
+  double x, y;
+};
+
+struct DelayPar {
+  char* name;
+  uint8_t is_value;  ///< 1: value; 0: text, null until it is defined
+  double value;      ///< reads as 0 once a text has been given
+  char* text;
+  Position pos;
+};
+
+struct NetPlace {
+  char* name;
+  Position pos, name_pos;
+  uint8_t is_value;  ///< 1: marking; 0: marking_par
+  int32_t marking;   ///< initial tokens
+  DelayPar* marking_par;
+};
+
+struct NetArc {
+  uint8_t is_value;      ///< 1: multiplicity; 0: md_mult
+  int32_t multiplicity;  ///< 0 once it is marking dependent
+  char* md_mult;         ///< null until it is defined
+  NetPlace* place;
+  int32_t npoints;
+  Position* point;
+};
+
+struct Delay {
+  double value;
+  DelayPar* parameter;
+  char* text;  ///< null until it is defined
+};
+
+struct NetTransition {
+  char* name;
+  TransitionType type;
+  DelayType delay_type;
+  Delay delay;
+  uint8_t inf_server;
+  FiringPolicy f_policy;
+  int32_t priority;
+  char* md_enable;  ///< enabling function or null
+  int32_t ninarcs, noutarcs, ninharcs;
+  NetArc *inarcs, *outarcs, *inharcs;
+  Position pos, name_pos, delay_pos;
+  int32_t orient;
+  int16_t aux_count;  ///< the three auxiliary fields are kept and never read
+  int32_t aux_flag;
+  double aux_value;
+  int32_t has_md_arcs;  ///< 1 when an arc was written as marking dependent
+};
+
+struct RewardMeasure {
+  char* name;
+  char* def;
+};
+
+/// Counts are -1 until announced; after loading they are the numbers of named slots.
+struct Net {
+  NetType nettype;
+  char* name;     ///< as handed to load_net
+  char* comment;  ///< or null
+  ErrorFunc error_func;
+  int32_t nplaces;
+  NetPlace* places;
+  int32_t ntrans;
+  NetTransition* transitions;
+  int32_t ndelaypars;
+  DelayPar* delaypars;
+  int32_t nrewards;
+  RewardMeasure* rewards;
+};
+
+/// Releases a net and what it owns, but for the transition table, which others may still refer into: it stays
+/// reachable until the process ends. Null is ignored.
+void free_net(Net* net);
+
+}  // namespace siphons
