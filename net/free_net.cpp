@@ -29,12 +29,12 @@ void free_net(Net* net) {
   if (net == nullptr) return;
   Free(net->name);
   Free(net->comment);
-  FreeTable(net->delaypars, net->ndelaypars, [](const DelayPar& parameter) {
+  FreeTable(net->delaypars, net->delaypar_slots, [](const DelayPar& parameter) {
     Free(parameter.name);
     Free(parameter.text);
   });
-  FreeTable(net->places, net->nplaces, [](const NetPlace& place) { Free(place.name); });
-  std::for_each(net->transitions, net->transitions + std::max(net->ntrans, 0), [](NetTransition& t) {
+  FreeTable(net->places, net->place_slots, [](const NetPlace& place) { Free(place.name); });
+  std::for_each(net->transitions, net->transitions + net->transition_slots, [](NetTransition& t) {
     Free(t.name);
     Free(t.delay.text);
     Free(t.md_enable);
@@ -44,7 +44,7 @@ void free_net(Net* net) {
     t = {};
   });
   Abandon(net->transitions);
-  FreeTable(net->rewards, net->nrewards, [](const RewardMeasure& measure) {
+  FreeTable(net->rewards, net->reward_slots, [](const RewardMeasure& measure) {
     Free(measure.name);
     Free(measure.def);
   });

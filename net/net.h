@@ -86,19 +86,20 @@ struct RewardMeasure {
   char* def;
 };
 
-/// Counts are -1 until announced; after loading they are the numbers of named slots.
+/// Counts are -1 until announced; after loading they are the numbers of named slots. The tables themselves
+/// keep all announced slots.
 struct Net {
   NetType nettype;
   char* name;     ///< as handed to load_net
   char* comment;  ///< or null
   ErrorFunc error_func;
-  int32_t nplaces;
+  int32_t nplaces, place_slots;
   NetPlace* places;
-  int32_t ntrans;
+  int32_t ntrans, transition_slots;
   NetTransition* transitions;
-  int32_t ndelaypars;
+  int32_t ndelaypars, delaypar_slots;
   DelayPar* delaypars;
-  int32_t nrewards;
+  int32_t nrewards, reward_slots;
   RewardMeasure* rewards;
 };
 

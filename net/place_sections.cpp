@@ -12,15 +12,22 @@ namespace siphons {
 
 namespace {
 
+/// A table of the net, as an announcement sets it.
+template <typename Record>
+struct Table {
+  int32_t& count;
+  int32_t& slots;
+  Record*& records;
+};
+
 /// Announces a table: a second announcement starts a new table, and arcs may still refer into the old one.
 template <typename Record>
-int32_t Announce(const Net& net, const char* text, int32_t lowest, const char* fault, int32_t* count,
-                 Record** table) {
+int32_t Announce(const Net& net, const char* text, int32_t lowest, const char* fault, Table<Record> table) {
   const int32_t announced = DecimalInteger(skip_white(text));
   if (announced < lowest) return Fault(net, fault);
-  Abandon(*table);
-  *table = NewTable<Record>(announced);
-  *count = announced;
+  Abandon(table.records);
+  table.records = NewTable<Record>(announced);
+  table.count = table.slots = announced;
   return 0;
 }
 
@@ -42,19 +49,23 @@ int32_t f_descr(Net& net, const char* text, int32_t) {
 }
 
 int32_t f_nplaces(Net& net, const char* text, int32_t) {
-  return Announce(net, text, 1, "Invalid number of places", &net.nplaces, &net.places);
+  return Announce(net, text, 1, "Invalid number of places",
+                  Table<NetPlace>{net.nplaces, net.place_slots, net.places});
 }
 
 int32_t f_ntrans(Net& net, const char* text, int32_t) {
-  return Announce(net, text, 1, "Invalid number of transitions", &net.ntrans, &net.transitions);
+  return Announce(net, text, 1, "Invalid number of transitions",
+                  Table<NetTransition>{net.ntrans, net.transition_slots, net.transitions});
 }
 
 int32_t f_ndelaypar(Net& net, const char* text, int32_t) {
-  return Announce(net, text, 0, "Invalid number of delay parameters", &net.ndelaypars, &net.delaypars);
+  return Announce(net, text, 0, "Invalid number of delay parameters",
+                  Table<DelayPar>{net.ndelaypars, net.delaypar_slots, net.delaypars});
 }
 
 int32_t f_nrewards(Net& net, const char* text, int32_t) {
-  return Announce(net, text, 0, "Invalid number of reward measures", &net.nrewards, &net.rewards);
+  return Announce(net, text, 0, "Invalid number of reward measures",
+                  Table<RewardMeasure>{net.nrewards, net.reward_slots, net.rewards});
 }
 
 int32_t f_place(Net& net, const char* text, int32_t occurrence) {

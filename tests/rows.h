@@ -28,7 +28,9 @@ inline Rows RowsOf(const Matrix& m) {
 }
 
 /// A random number below n, n at least 1.
-inline uint32_t Below(std::mt19937& random, uint32_t n) { return static_cast<uint32_t>(random() % n); }
+inline uint32_t Below(std::mt19937& random, uint32_t n) {
+  return static_cast<uint32_t>(random() % n);
+}
 
 /// Random entries from `low` to `high`.
 inline Rows RandomRows(std::mt19937& random, size_t rows, size_t columns, int32_t low, int32_t high) {

@@ -1,0 +1,43 @@
+// Files and directories of a test.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+
+namespace siphons {
+
+namespace fs = std::filesystem;
+
+/// A directory that lives as long as the object.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory() {
+    std::string name = (fs::temp_directory_path() / "siphons-test-XXXXXX").string();
+    path_ = mkdtemp(name.data());
+  }
+  ~TemporaryDirectory() { fs::remove_all(path_); }
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+inline std::optional<std::string> ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file.is_open()) return std::nullopt;
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+inline void WriteFile(const fs::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+}  // namespace siphons

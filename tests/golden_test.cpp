@@ -1,0 +1,45 @@
+// Whole runs against kept outputs: report, standard output, standard error and exit status of every folder of
+// golden/, each in a temporary copy. The order of a report's lines counts. Families of nets, rule_*: one rule
+// of the file formats each, bad_*: one defect each.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "tests/program.h"
+
+namespace siphons {
+namespace {
+
+std::vector<std::string> Cases() {
+  std::vector<std::string> cases;
+  for (const auto& entry : fs::directory_iterator(GOLDEN_DIRECTORY)) cases.push_back(entry.path().filename());
+  std::sort(cases.begin(), cases.end());
+  return cases;
+}
+
+class Golden : public testing::TestWithParam<std::string> {};
+
+TEST_P(Golden, RunsAsKept) {
+  const fs::path source = fs::path(GOLDEN_DIRECTORY) / GetParam();
+  const TemporaryDirectory model;
+  for (const char* file : {"net.PD", "net.DEFINFO"}) {
+    if (fs::exists(source / file)) fs::copy(source / file, model.path());
+  }
+  const Outcome outcome = RunNet(model.path());
+  const auto masked = [&](std::string text) {
+    const std::string path = model.path().string();
+    for (size_t at; (at = text.find(path)) != std::string::npos;) text.replace(at, path.size(), "@MODELDIR@");
+    return text;
+  };
+  EXPECT_EQ(masked(outcome.out), ReadFile(source / "expected.stdout"));
+  EXPECT_EQ(masked(outcome.err), ReadFile(source / "expected.stderr"));
+  EXPECT_EQ(std::to_string(outcome.status) + "\n", ReadFile(source / "expected.status"));
+  EXPECT_EQ(MaskedReport(model.path() / "net.siphons"), ReadFile(source / "expected.siphons"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Nets, Golden, testing::ValuesIn(Cases()),
+                         [](const auto& test) { return test.param; });
+
+}  // namespace
+}  // namespace siphons

@@ -1,0 +1,142 @@
+// Siphons and the solver below them, against brute force. Whether the rays come in the right order is for the
+// golden runs to say.
+#include "siphons/siphons.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+
+#include "matrix/matrixOps.h"
+#include "solver/inequalities.h"
+#include "tests/rows.h"
+
+namespace siphons {
+namespace {
+
+using PlaceSet = uint32_t;
+
+/// All inclusion-minimal non-empty place sets that are siphons of the net, by looking at every set.
+std::set<PlaceSet> MinimalSiphons(const Rows& O, const Rows& I) {
+  const uint32_t placeCount = static_cast<uint32_t>(O[0].size());
+  const auto support = [](const Row& row) {
+    PlaceSet set = 0;
+    for (size_t p = 0; p < row.size(); ++p) set |= row[p] != 0 ? PlaceSet{1} << p : 0;
+    return set;
+  };
+  std::set<PlaceSet> minimal;
+  for (PlaceSet s = 1; s < PlaceSet{1} << placeCount; ++s) {
+    bool siphon = true;
+    for (size_t t = 0; t < O.size(); ++t)
+      siphon = siphon && ((support(O[t]) & s) == 0 || (support(I[t]) & s) != 0);
+    const bool holdsOne =
+        std::any_of(minimal.begin(), minimal.end(), [s](PlaceSet m) { return (m & s) == m; });
+    if (siphon && !holdsOne) minimal.insert(s);  // subsets of s are smaller numbers
+  }
+  return minimal;
+}
+
+struct Result {
+  uint32_t count;
+  std::vector<PlaceSet> sets;
+  std::vector<int32_t> tokens;
+};
+
+Result Compute(const Rows& O, const Rows& I, const Row& marking) {
+  Rows column;
+  for (const int32_t tokens : marking) column.push_back({tokens});
+  const OwnedMatrix M0 = MatrixOf(column), o = MatrixOf(O), i = MatrixOf(I);
+  Result result{Siphons(M0.get(), o.get(), o.get(), i.get()), {}, {}};
+  for (uint32_t r = 0; r < Siphon->NbRows; ++r) {
+    PlaceSet set = 0;
+    for (uint32_t p = 0; p < Siphon->NbColumns; ++p) set |= static_cast<PlaceSet>(Siphon->p[r][p]) << p;
+    result.sets.push_back(set);
+    result.tokens.push_back(SiphonMarking->p[r][0]);
+  }
+  return result;
+}
+
+TEST(Siphons, AreTheMinimalOnesOfBruteForce) {
+  int several = 0;
+  for (uint32_t seed = 0; seed < 1500; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const uint32_t placeCount = 1 + seed % 7, transitionCount = 1 + Below(random, 7);
+    const auto arcs = [&] {
+      Rows rows(transitionCount, Row(placeCount));
+      for (Row& row : rows) {
+        for (int32_t& weight : row)
+          weight = Below(random, 3) == 0 ? 1 + static_cast<int32_t>(Below(random, 3)) : 0;
+      }
+      return rows;
+    };
+    const Rows O = arcs(), I = arcs();
+    Row marking;
+    for (uint32_t p = 0; p < placeCount; ++p) marking.push_back(1 << p);
+    const Result result = Compute(O, I, marking);
+    std::set<PlaceSet> expected = MinimalSiphons(O, I);
+    if (expected.size() == 1) {
+      // All rays have one support, or others that hold it: in the first case the report says that there are
+      // none.
+      EXPECT_LE(result.count, 1u);
+      if (result.count == 0) expected.clear();
+    }
+    several += expected.size() > 1 ? 1 : 0;
+    EXPECT_EQ(std::set<PlaceSet>(result.sets.begin(), result.sets.end()), expected);
+    EXPECT_EQ(result.sets.size(), expected.size()) << "each once";
+    for (size_t k = 0; k < result.sets.size(); ++k) {
+      EXPECT_EQ(static_cast<PlaceSet>(result.tokens[k]), result.sets[k]) << "place p holds 2^p tokens";
+    }
+  }
+  EXPECT_GT(several, 300);
+}
+
+TEST(Siphons, OddNets) {
+  const Rows forth{{0, 1}, {1, 0}}, back{{1, 0}, {0, 1}};
+  EXPECT_EQ(Compute(forth, back, {1, 1}).count, 0u) << "one cycle has one ray: reported as none";
+  const Result two = Compute({{0, 1, 0, 0}, {1, 0, 0, 0}, {0, 0, 0, 1}, {0, 0, 1, 0}},
+                             {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}, {1, 2, 4, 8});
+  EXPECT_EQ(two.sets, (std::vector<PlaceSet>{12, 3}));
+  EXPECT_EQ(Compute({{1, 1}}, {{0, 0}}, {1, 1}).count, 0u) << "a source fills every place";
+
+  const OwnedMatrix noPlaces(ZeroMatrix(2, 0)), noTransitions(ZeroMatrix(0, 2)), M0(ZeroMatrix(2, 1));
+  const Matrix* const before = Siphon;
+  EXPECT_EQ(Siphons(M0.get(), noPlaces.get(), noPlaces.get(), noPlaces.get()), 0u);
+  EXPECT_EQ(Siphons(M0.get(), noTransitions.get(), noTransitions.get(), noTransitions.get()), 1u);
+  EXPECT_EQ(Siphon, before);
+}
+
+/// Solves c x >= 0 for the rows of coefficients; every row's last is that of the homogenising coordinate.
+std::optional<Rows> Rays(const Rows& coefficients, uint32_t maxRays = 1000) {
+  Rows rows = coefficients;
+  for (Row& row : rows) row.insert(row.begin(), 1);
+  const OwnedMatrix system = MatrixOf(rows);
+  Matrix* out = nullptr;
+  SolveInequationSystem(&out, system.get(), maxRays);
+  const OwnedMatrix columns(out);
+  if (out == nullptr) return std::nullopt;
+  return out->NbColumns == 0 ? Rows{} : RowsOf(*OwnedMatrix(TransMat(out)));
+}
+
+TEST(Solver, FindsRaysOfCones) {
+  EXPECT_EQ(Rays({{1, 0, 0}, {0, 1, 0}}), (Rows{{0, 1}, {1, 0}}));
+  // A cone over a square: four rays, two constraints more than the basis needs.
+  const Rows square = *Rays({{1, 0, 1, 0}, {-1, 0, 1, 0}, {0, 1, 1, 0}, {0, -1, 1, 0}});
+  EXPECT_EQ(std::set<Row>(square.begin(), square.end()),
+            (std::set<Row>{{1, 1, 1}, {1, -1, 1}, {-1, 1, 1}, {-1, -1, 1}}));
+  EXPECT_EQ(Rays({{1, 0, 0}, {0, 1, 0}, {-1, -1, 0}}), Rows{}) << "empty after the last constraint";
+}
+
+TEST(Solver, TellsWhatItCannotDo) {
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(Rays({{1, 0, 0}, {0, 1, 0}, {-1, -1, 0}, {1, 1, 0}}), std::nullopt)
+      << "empty before the last constraint";
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error!an error occured\n");
+  testing::internal::CaptureStdout();
+  EXPECT_TRUE(Rays({{1, 0, 0}}).has_value());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "DUAL(): no basis found!\n");
+}
+
+}  // namespace
+}  // namespace siphons
