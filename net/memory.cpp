@@ -47,8 +47,8 @@ void Free(void* block) {
 }
 
 void Abandon(void* block) {
-  static std::vector<void*> abandoned;
-  if (block != nullptr) abandoned.push_back(block);
+  static auto* const abandoned = new std::vector<void*>;
+  if (block != nullptr) abandoned->push_back(block);
 }
 
 uint32_t TableBytes(uint32_t count, uint64_t recordBytes) {
