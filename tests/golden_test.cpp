@@ -38,6 +38,22 @@ TEST_P(Golden, RunsAsKept) {
   EXPECT_EQ(MaskedReport(model.path() / "net.siphons"), ReadFile(source / "expected.siphons"));
 }
 
+TEST(Examples, HaveTheReportsThatTheyGive) {
+  const fs::path examples = EXAMPLES_DIRECTORY;
+  const TemporaryDirectory model;
+  int nets = 0;
+  for (const auto& entry : fs::directory_iterator(examples)) {
+    if (entry.path().extension() != ".PD") continue;
+    const std::string name = entry.path().stem();
+    SCOPED_TRACE(name);
+    for (const char* extension : {".PD", ".DEFINFO"}) fs::copy(examples / (name + extension), model.path());
+    EXPECT_EQ(RunProgram("MODELDIR='" + model.path().string() + "'", name).status, 0);
+    EXPECT_EQ(MaskedReport(model.path() / (name + ".siphons")), MaskedReport(examples / (name + ".siphons")));
+    ++nets;
+  }
+  EXPECT_GE(nets, 5);
+}
+
 INSTANTIATE_TEST_SUITE_P(Nets, Golden, testing::ValuesIn(Cases()),
                          [](const auto& test) { return test.param; });
 
