@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "driver/fetch_path.h"
+#include "driver/model_files.h"
 #include "driver/timer.h"
 #include "net/bounded_text.h"
 #include "siphons/siphons.h"
@@ -18,21 +19,9 @@ namespace siphons {
 
 namespace {
 
-constexpr size_t kPathBuffer = 1000;
 constexpr size_t kReportPathBuffer = 4096;
 constexpr uint32_t kComputationTimer = 20;
 constexpr int32_t kUsageStatus = 255;
-
-/// Opens the definition info file, before the net is read: when it is missing, that is the first complaint.
-void OpenDefinitionInfo(const char* netPath) {
-  std::array<char, kPathBuffer> path;
-  FormatBounded(path, "%s.DEFINFO", netPath);
-  fetch_path(path.data());
-  inf_file.open(path.data());
-  if (inf_file.is_open()) return;
-  std::printf("ERROR: could not open %s for reading\n", path.data());
-  std::exit(1);
-}
 
 void RefuseUnusableNet() {
   if (no_places < 1) {
@@ -72,15 +61,9 @@ int32_t RunSiphons(int32_t argc, const char* const* argv) {
     std::puts("Usage: siphons netname");
     return kUsageStatus;
   }
-  modeldir = std::getenv("MODELDIR");
-  if (modeldir == nullptr) {
-    std::fputs("'MODELDIR' not set\n", stderr);
-    return 1;
-  }
+  FindModelDirectory();
   std::array<char, kPathBuffer> netPath;
-  FormatBounded(netPath, "%s/%s", modeldir, argv[1]);
-  fetch_path(netPath.data());
-  FormatBounded(model_name, "%s", argv[1]);
+  FormNetPath(netPath, argv[1]);
   OpenDefinitionInfo(netPath.data());
   read_net(netPath.data());
   read_info(inf_file);

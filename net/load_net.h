@@ -15,6 +15,10 @@ namespace siphons {
 /// fatal reports. The caller owns the net.
 Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer);
 
+/// Lists the net field by field on standard output, and calls its error function once with a warning that it
+/// is there. A text that the net does not have is listed as "(null)". Returns the value of the last write.
+int32_t show_net(const Net& net);
+
 /// Writes "Fatal: %s\n" to standard error and ends the process with status `fatal`, or "Warning: %s\n" and
 /// returns 0.
 int32_t DefaultError(const char* message, int32_t fatal);

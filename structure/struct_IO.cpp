@@ -100,12 +100,15 @@ void ConfigTransition(const NetTransition& source, int32_t t, struct_trans& tran
 
 }  // namespace
 
-void read_net(const char* path) {
+void LoadModel(const char* path) {
   model = load_net(path, nullptr, false);
-  if (model == nullptr) {
-    std::printf("ERROR: could not read %s properly\n", path);
-    std::exit(1);
-  }
+  if (model != nullptr) return;
+  std::printf("ERROR: could not read %s properly\n", path);
+  std::exit(1);
+}
+
+void read_net(const char* path) {
+  LoadModel(path);
   config_net(*model);
   if (pmf_bit != 0) generate_pmf(path, *model);
 }

@@ -8,9 +8,11 @@
 
 namespace siphons {
 
-/// Loads the net of `path` (without extension) and builds the tables; with pmf_bit set it also writes the
-/// .pmf file. Ends the process as the net reader does, and with status 1 after "ERROR: could not read %s
-/// properly\n" on standard output when there is no net.
+/// Loads the net of `path` (without extension) into `model`. Ends the process as the net reader does, and with
+/// status 1 after "ERROR: could not read %s properly\n" on standard output when there is no net.
+void LoadModel(const char* path);
+
+/// LoadModel, then builds the tables; with pmf_bit set it also writes the .pmf file.
 void read_net(const char* path);
 
 /// Builds all tables from the net, which must live on. Once per process; returns 0. A name of more than 29

@@ -18,6 +18,8 @@ md_arc_def* md_arcs = nullptr;
 int32_t no_md_arcs = 0;
 
 int32_t pmf_bit = 0;
+int32_t subnet_bit = 0;
+int32_t ecs_bit = 0;
 
 std::ifstream inf_file;
 char model_name[1000] = "";

@@ -16,8 +16,8 @@ struct struct_place {
   char name[kNameBuffer];
   int32_t init_mark;      ///< initial tokens
   const char* mark_text;  ///< the marking in decimal digits, or the parameter's name (the net's own text)
-  int32_t bound;          ///< token bound, 0 when none is known
-  int32_t subnet;         ///< subnet that holds the place
+  int32_t bound;          ///< token bound, 0 when none is known; nothing here computes it
+  int32_t subnet;         ///< subnet that holds the place, 0 while it has none
   int32_t md_arc;         ///< 1 when an arc with a marking-dependent multiplicity touches the place
 };
 
@@ -37,7 +37,7 @@ struct struct_trans {
   int32_t inf_server;
   double delay;  ///< set when the delay is a number
   int32_t priority;
-  int32_t subnet;  ///< subnet that holds the transition
+  int32_t subnet;  ///< subnet that holds the transition, 0 while it has none
   int32_t index;   ///< the transition's own number
   // Marking-dependent definitions and, as no_places flags, the places they depend on; 0 and null when there
   // are none.
@@ -91,7 +91,10 @@ extern rate_par* r_par;  ///< one per definition parameter of the net
 extern md_arc_def* md_arcs;
 extern int32_t no_md_arcs;
 
-extern int32_t pmf_bit;  ///< read_net writes the .pmf file when set; nothing in the siphon run sets it
+// Switches, 0 at the start; nothing in the siphon run sets them.
+extern int32_t pmf_bit;     ///< read_net writes the .pmf file
+extern int32_t subnet_bit;  ///< the subnets are summed up on standard output
+extern int32_t ecs_bit;     ///< their extended conflict sets are summed up too
 
 extern std::ifstream inf_file;  ///< definition info file
 extern char model_name[1000];   ///< the net's name

@@ -28,19 +28,19 @@ std::string ReportOf(const std::vector<std::string>& siphonLines) {
 }
 
 TEST(Command, ArgumentsAndEnvironment) {
-  const Outcome usage = RunProgram("", "");
+  const Outcome usage = RunProgram("", SIPHONS_PROGRAM, "");
   EXPECT_EQ(usage.out, "Usage: siphons netname\n");
   EXPECT_EQ(usage.status, 255);
-  const Outcome unset = RunProgram("-u MODELDIR", "net");
+  const Outcome unset = RunProgram("-u MODELDIR", SIPHONS_PROGRAM, "net");
   EXPECT_EQ(unset.err, "'MODELDIR' not set\n");
   EXPECT_EQ(unset.status, 1);
-  const Outcome empty = RunProgram("MODELDIR=", "no-such-net more arguments");
+  const Outcome empty = RunProgram("MODELDIR=", SIPHONS_PROGRAM, "no-such-net more arguments");
   EXPECT_EQ(empty.out, "ERROR: could not open /no-such-net.DEFINFO for reading\n");
   EXPECT_EQ(empty.status, 1);
 }
 
 TEST(Command, TextsThatDoNotFitEndTheProcess) {
-  const Outcome path = RunProgram("MODELDIR=/tmp", std::string(1000, 'n'));
+  const Outcome path = RunProgram("MODELDIR=/tmp", SIPHONS_PROGRAM, std::string(1000, 'n'));
   EXPECT_EQ(path.status, -SIGABRT);
   const TemporaryDirectory model;
   WriteNet(model.path(), {std::string(30, 'p')});

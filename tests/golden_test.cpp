@@ -47,7 +47,7 @@ TEST(Examples, HaveTheReportsThatTheyGive) {
     const std::string name = entry.path().stem();
     SCOPED_TRACE(name);
     for (const char* extension : {".PD", ".DEFINFO"}) fs::copy(examples / (name + extension), model.path());
-    EXPECT_EQ(RunProgram("MODELDIR='" + model.path().string() + "'", name).status, 0);
+    EXPECT_EQ(RunProgram(ModelDirectory(model.path()), SIPHONS_PROGRAM, name).status, 0);
     EXPECT_EQ(MaskedReport(model.path() / (name + ".siphons")), MaskedReport(examples / (name + ".siphons")));
     ++nets;
   }

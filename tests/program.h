@@ -16,19 +16,24 @@ struct Outcome {
 };
 
 /// Runs "<environment> <program> <arguments>" through the shell.
-inline Outcome RunProgram(const std::string& environment, const std::string& arguments) {
+inline Outcome RunProgram(const std::string& environment, const std::string& program,
+                          const std::string& arguments) {
   const TemporaryDirectory streams;
   const fs::path out = streams.path() / "out", err = streams.path() / "err";
-  const std::string command = "exec env " + environment + " '" SIPHONS_PROGRAM "' " + arguments + " >'" +
+  const std::string command = "exec env " + environment + " '" + program + "' " + arguments + " >'" +
                               out.string() + "' 2>'" + err.string() + "'";
   const int status = std::system(command.c_str());
   return {ReadFile(out).value_or(""), ReadFile(err).value_or(""),
           WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status)};
 }
 
-/// Runs the program on the net "net" of a model directory.
+inline std::string ModelDirectory(const fs::path& model) {
+  return "MODELDIR='" + model.string() + "'";
+}
+
+/// Runs `siphons` on the net "net" of a model directory.
 inline Outcome RunNet(const fs::path& model) {
-  return RunProgram("MODELDIR='" + model.string() + "'", "net");
+  return RunProgram(ModelDirectory(model), SIPHONS_PROGRAM, "net");
 }
 
 /// The report with its time masked, which is the one thing that may differ between runs: right-justified in

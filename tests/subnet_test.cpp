@@ -1,0 +1,114 @@
+// Parts of the decomposition and of its file that no net file reaches: bounds, senses of connection, filled
+// sets.
+#include <gtest/gtest.h>
+
+#include "structure/struct_subnet.h"
+#include "tests/rows.h"
+
+namespace siphons {
+namespace {
+
+std::string Written(void (*write)(std::FILE*)) {
+  char* text = nullptr;
+  size_t size = 0;
+  std::FILE* const stream = open_memstream(&text, &size);
+  write(stream);
+  std::fclose(stream);
+  const std::string result(text, size);
+  std::free(text);
+  return result;
+}
+
+TEST(Subnets, PlacesWithBoundsComeFirst) {
+  for (uint32_t seed = 0; seed < 50; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    std::vector<struct_place> table(seed % 12);
+    Row list;
+    for (size_t p = 0; p < table.size(); ++p) {
+      table[p].bound = static_cast<int32_t>(Below(random, 5));
+      list.push_back(static_cast<int32_t>(p));
+    }
+    Row expected = list;
+    std::stable_sort(expected.begin(), expected.end(), [&](int32_t a, int32_t b) {
+      const auto key = [&](int32_t p) {
+        return static_cast<uint32_t>(table[static_cast<size_t>(p)].bound) - 1;
+      };
+      return key(a) < key(b);  // 0 becomes the greatest
+    });
+    places = table.data();
+    subnet_rec subnet{};
+    subnet.nplaces = static_cast<int32_t>(list.size());
+    subnet.place_list = list.data();
+    sort_places(&subnet);
+    places = nullptr;
+    EXPECT_EQ(list, expected);
+  }
+}
+
+TEST(Subnets, BitsAndWords) {
+  EXPECT_EQ(BitsOfBound(0), 1);
+  EXPECT_EQ(BitsOfBound(1), 1);
+  EXPECT_EQ(BitsOfBound(7), 3);
+  EXPECT_EQ(BitsOfBound(8), 4);
+  EXPECT_EQ(WordsOfBits(0), 0);
+  EXPECT_EQ(WordsOfBits(16), 1);
+  EXPECT_EQ(WordsOfBits(17), 2);
+}
+
+TEST(Subnets, SensesOfConnection) {
+  sp_entry input{0, 1, 0, 0, nullptr}, output{1, 1, 0, 0, nullptr}, inhibitor{2, 1, 0, 0, nullptr};
+  sp_entry *i = &input, *o = &output, *h = &inhibitor;
+  int32_t onlyThree[] = {0, 0, 0, 1, 0, 0}, onlyFour[] = {0, 0, 0, 0, 1, 0}, onlyFive[] = {0, 0, 0, 0, 0, 1};
+  struct_trans t{};
+  t.dep1_id = 1;
+  t.dep1_places = onlyThree;
+  t.dep2_places = onlyFour;  // without an identifier
+  md_arc_def arcs[] = {{kOutputArc, 1, 0, 7, onlyFive}, {kInputArc, 0, 1, 8, onlyFive}};
+  i_matrix = &i, o_matrix = &o, h_matrix = &h, transitions = &t, md_arcs = arcs, no_md_arcs = 2;
+  const auto connected = [](int32_t mode) {
+    Row found;
+    for (int32_t p = 0; p < 6; ++p) {
+      if (is_connected(0, p, mode) == 1) found.push_back(p);
+    }
+    return found;
+  };
+  EXPECT_EQ(connected(kByInputArc), Row{0});
+  EXPECT_EQ(connected(kByOutputArc), Row{1});
+  EXPECT_EQ(connected(kByInhibitorArc), Row{2});
+  EXPECT_EQ(connected(kByFirstDefinition), Row{3});
+  EXPECT_EQ(connected(kBySecondDefinition), Row{});
+  EXPECT_EQ(connected(kByMultiplicity), Row{}) << "an output multiplicity, and another transition's";
+  EXPECT_EQ(connected(kInAnySense), (Row{0, 1, 2, 3}));
+  t.dep2_id = 2;
+  arcs[0].kind = kInhibitorArc;
+  EXPECT_EQ(connected(kInAnySense), (Row{0, 1, 2, 3, 4, 5}));
+  i_matrix = o_matrix = h_matrix = nullptr, transitions = nullptr, md_arcs = nullptr, no_md_arcs = 0;
+}
+
+TEST(Subnets, SetsAreWrittenWhereTheyAreFilled) {
+  static uint8_t both[] = {2, 1, 0}, none[] = {0};
+  static byte_set a[] = {both, nullptr}, b[] = {none, both};
+  static ecs_rec second{none, nullptr}, first{both, &second};
+  static sp_entry* empty[2] = {};
+  static int32_t members[] = {0, 1};
+  static struct_trans table[2] = {{"s", kKindImmediate, 0, 0, 0, 0.5, 3, 0, 0, 0, nullptr, 0, nullptr},
+                                  {"t", kKindImmediate, 0, 0, 0, 1, 4, 0, 1, 0, nullptr, 0, nullptr}};
+  static subnet_rec group{2, 2, 0, 2, members, nullptr, a, b, &first, empty, empty, empty, empty, nullptr};
+  static subnet_rec timed{};
+  timed.number = 1;
+  timed.next = &group;
+  subnets = &timed, no_subnets = 1, transitions = table, no_trans = 2, ecs_bit = 1;
+  testing::internal::CaptureStdout();
+  const std::string file = Written(subnet_output);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "This subnet contains 2 ecs:\necs 0 (priority 4): t s \necs 1 (priority 0): \n");
+  EXPECT_EQ(file,
+            "structural analysis file\n2 0\n0\n0\n0\n1\n2\n"
+            "s 0.500000 0 0\n0 \n0 \n0 \n0 \n2 1 0 \nt 1.000000 0 0\n0 \n0 \n0 \n2 1 0 \n0 \n0\n0\n2\n2 1 0 "
+            "\n0 \n");
+  subnets = nullptr, no_subnets = 0, transitions = nullptr, no_trans = 0, ecs_bit = 0;
+}
+
+}  // namespace
+}  // namespace siphons
