@@ -1,5 +1,5 @@
-// Procedures on the rows of a matrix as a whole: those that remove rows (row_elimination.cpp) and those that
-// order them (row_sorting.cpp).
+// Procedures on the rows of a matrix as a whole: those that remove rows (equal_rows.cpp, minimal_rows.cpp,
+// row_elimination.cpp) and those that order them (row_sorting.cpp).
 #pragma once
 
 #include <cstdint>

@@ -8,10 +8,20 @@
 
 #include <cstdint>
 
+#include "solver/sharedVars.h"
+
 namespace siphons {
+
+/// The first constraint from the current one on that the ray of a row violates.
+inline int32_t FirstViolated(uint32_t row) {
+  return MinF->p[row][0];
+}
 
 // All return 0, or 1 when a pair could not be filed: no memory, or the constraint it belongs to is done. The
 // latter takes a wrapped sum.
+
+/// Files a pair under a constraint.
+int32_t FilePair(int32_t constraint, uint32_t violator, uint32_t satisfier);
 
 /// Files every adjacent pair of the rays that the basis leaves. All constraints are evaluated; lastBasis is
 /// the index of the last basis constraint.

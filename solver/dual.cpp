@@ -43,8 +43,9 @@ void Start() {
   Dimension = Constraints->NbColumns - 1;
   nc = NbConstraints == 0 ? 0 : WordOf(NbConstraints - 1) + 1;
   ArithmeticWrapped = false;
+  solveCounts = {};
 
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow}) row->assign(nc, 0);
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2}) row->assign(nc, 0);
   CreateLookUpMat();
   NbLines = Init();
   NbRay = NbLines + 1;
@@ -65,6 +66,7 @@ void Start() {
 
 /// Releases everything but the rows of Ray and Sat that are rays.
 void End() {
+  solveCounts.rays = NbRay;
   PartFreeMat(&Ray, NbRay);
   PartFreeMat(&Sat, NbRay);
   for (Matrix** m : {&MinF, &IndexLR, &IndexRL}) {
@@ -77,7 +79,7 @@ void End() {
   GenList = nullptr;
   DelFreeList(FLR);
   FLR = nullptr;
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow, &Border, &LookUpMat}) *row = {};
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &Border, &LookUpMat}) *row = {};
   for (std::vector<int32_t>* row : {&raytemprow, &sattemprow, &minftemprow}) *row = {};
 }
 
@@ -128,8 +130,6 @@ void SetCurrentConstraint(uint32_t k) {
   WCount = WordOf(k);
   BCount = BitOf(k);
   AdjWCount = WordOf(k + 1);
-  AdjBCount = BitOf(k + 1);
-  AdjBitmask = BitsFrom(k + 1);
   EvalConstraint(Constraints->p[k]);
 }
 

@@ -1,11 +1,10 @@
 // Evaluation of constraints on rays.
 //
 // The rows of a siphon system are sparse (the row of x >= 0 has one entry), so a sum runs over the nonzero
-// coefficients only; in wrap-around arithmetic the value is the same. Gathering the coefficients costs one
-// pass over the constraints per call.
-#include <algorithm>
+// coefficients only. It is taken in 64 bits, whose low 32 are the wrapped sum, and it is remembered when the
+// two differ. Gathering the coefficients costs one pass over the constraints per call.
+#include <cstdlib>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include "matrix/arithmetic.h"
@@ -16,20 +15,34 @@ namespace siphons {
 
 namespace {
 
-using Term = std::pair<uint32_t, int32_t>;  ///< column, coefficient
+/// The nonzero coefficients of a constraint.
+struct Term {
+  uint32_t column;
+  int32_t coefficient;
+};
 
+/// Appends the terms of a constraint. One whose values 64 bits may not hold counts as wrapped, whatever the
+/// rays are.
 void AppendTerms(const int32_t* constraint, std::vector<Term>& terms) {
+  constexpr uint64_t kMost = uint64_t{1} << 31;  // times a coordinate of at most 2^31
+  uint64_t sum = 0;
   for (uint32_t j = 1; j <= Dimension; ++j) {
-    if (constraint[j] != 0) terms.emplace_back(j, constraint[j]);
+    if (constraint[j] == 0) continue;
+    terms.push_back({j, constraint[j]});
+    sum += static_cast<uint64_t>(std::abs(int64_t{constraint[j]}));
   }
+  if (sum > kMost) ArithmeticWrapped = true;
 }
 
+/// The 32-bit value of a constraint on a ray; a value that is not exact is remembered.
 int32_t Value(const int32_t* ray, std::span<const Term> terms) {
-  uint32_t sum = 0;
+  uint64_t sum = 0;
   for (const auto& [column, coefficient] : terms) {
-    sum += static_cast<uint32_t>(ray[column]) * static_cast<uint32_t>(coefficient);
+    sum += static_cast<uint64_t>(int64_t{ray[column]}) * static_cast<uint64_t>(int64_t{coefficient});
   }
-  return static_cast<int32_t>(sum);
+  const int64_t value = static_cast<int64_t>(sum);
+  if (value != static_cast<int32_t>(value)) ArithmeticWrapped = true;
+  return WrapToInt32(value);
 }
 
 /// Constraints first to end - 1 of the system, their nonzero coefficients one after the other.

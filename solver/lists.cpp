@@ -5,69 +5,19 @@
 
 #include <cstdio>
 #include <new>
-#include <unordered_map>
 #include <utility>
 
+#include "solver/key_index.h"
+
 namespace siphons {
-
-struct KeyIndex {
-  std::unordered_map<uint32_t, LLElement*> tails;  ///< last element of each key's chain
-  LiList* lastBlock;
-};
-
-namespace {
-
-void TellNoMemory() {
-  std::puts("CreateLLElement: no more memory available!");
-}
 
 LLElement* NewElement(uint32_t companion) {
   auto element = std::make_unique<LLElement>(LLElement{{companion}, nullptr});
   return element.release();
 }
 
-void AppendKey(LiList* list, uint32_t key, uint32_t companion) {
-  KeyIndex& index = *list->index;
-  if (index.lastBlock->nbKeys == kBlockKeys) {
-    index.lastBlock->next = CreateLiList();
-    index.lastBlock = index.lastBlock->next;
-  }
-  LLElement* const element = NewElement(companion);
-  try {
-    index.tails.emplace(key, element);
-  } catch (...) {
-    delete element;
-    throw;
-  }
-  LiList& block = *index.lastBlock;
-  block.keys[block.nbKeys] = key;
-  block.chains[block.nbKeys] = element;
-  ++block.nbKeys;
-}
-
-}  // namespace
-
 LiList* CreateLiList() {
   return new LiList{{0xFFFFFFFF}, {}, 0, nullptr, nullptr};
-}
-
-int32_t StorePair(LiList* list, uint32_t key, uint32_t companion) {
-  try {
-    if (list->index == nullptr) list->index = new KeyIndex{{}, list};
-    const auto found = list->index->tails.find(key);
-    if (found == list->index->tails.end()) {
-      AppendKey(list, key, companion);
-    } else if (LLElement*& tail = found->second; tail->values.size() < kElementValues) {
-      tail->values.push_back(companion);
-    } else {
-      tail->next = NewElement(companion);
-      tail = tail->next;
-    }
-    return 0;
-  } catch (const std::bad_alloc&) {
-    TellNoMemory();
-    return 1;
-  }
 }
 
 void FreeLiList(LiList* list) {
@@ -89,7 +39,7 @@ int32_t CreateLLElement(LLElement** last) {
     *last = element;
     return 0;
   } catch (const std::bad_alloc&) {
-    TellNoMemory();
+    std::puts(kNoMemory);
     return 2;
   }
 }

@@ -58,7 +58,9 @@ int32_t CombineRow(uint32_t a, uint32_t b, uint32_t destination, int32_t fa, int
       return CombineRowFloat(a, b, destination, fa, fb, m) != 0 ? 1 : 0;
     }
     const int64_t sum = int64_t{x} * fa + int64_t{y} * fb;
-    wrapped = wrapped || !FitsInt32(sum);
+    // The lowest number has no absolute value, so dividing a row by its greatest common divisor may turn it
+    // round.
+    wrapped = wrapped || !FitsInt32(sum) || sum == std::numeric_limits<int32_t>::min();
     result[k] = WrapToInt32(sum);
   }
   if (wrapped) ArithmeticWrapped = true;

@@ -3,7 +3,8 @@
 // new ray does not saturate among the earlier constraints is what either parent does not saturate, so its
 // saturation row needs no evaluation there; that holds as long as the arithmetic is exact.
 #include <algorithm>
-#include <utility>
+#include <cstdlib>
+#include <limits>
 
 #include "matrix/arithmetic.h"
 #include "matrix/matrixOps.h"
@@ -47,6 +48,8 @@ int32_t ConstrainL(uint32_t) {
 int32_t SimpleCombine(uint32_t r1, uint32_t r2, uint32_t dest, Matrix* m) {
   const int32_t s1 = m->p[r1][0];
   const int32_t s2 = m->p[r2][0];
+  constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
+  if (s1 == kLowest || s2 == kLowest) ArithmeticWrapped = true;
   const int32_t g = Gcd(WrapAbs(s1), WrapAbs(s2));
   return CombineRow(r1, r2, dest, TruncDiv(s2, g), WrapNeg(TruncDiv(s1, g)), m);
 }

@@ -13,7 +13,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "matrix/matrix.h"
@@ -51,12 +50,9 @@ extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each 16-bit
 extern std::vector<uint32_t> Border;     ///< first row of the sorted region with this MinF, or kNoRow
 extern std::vector<uint32_t> BitRow;     ///< work row of the first adjacency sweep
 extern std::vector<uint32_t> BitRow2;    ///< mask of the constraints between two others
-extern std::vector<uint32_t> AdjBitRow;  ///< work row of the quick and the full test
 
-extern uint32_t WCount, BCount;        ///< word and mask of the current constraint k
-extern uint32_t AdjWCount, AdjBCount;  ///< the same for k + 1
-extern uint32_t AdjBitmask;            ///< bits of the constraints above k in word AdjWCount
-extern uint32_t TTEST;                 ///< first row that the full adjacency test scans
+extern uint32_t WCount, BCount;  ///< word and mask of the current constraint k
+extern uint32_t AdjWCount;       ///< word of constraint k + 1
 
 extern std::vector<int32_t> raytemprow, sattemprow, minftemprow;  ///< scratch for exchanging rows
 
@@ -65,6 +61,14 @@ extern int32_t adjcounter;    ///< full adjacency tests of new rays with their p
 extern int32_t redcounter;    ///< of these, pairs found not adjacent
 extern int32_t quickcounter;  ///< of these, pairs rejected by the quick test
 extern int32_t checkedlater;  ///< pairs deferred by CheckedLater
+
+/// What the last solve did, for benchmarks.
+struct SolveCounts {
+  uint64_t rays;   ///< at the end
+  uint64_t pairs;  ///< filed
+  uint64_t tests;  ///< full adjacency tests on facets
+};
+extern SolveCounts solveCounts;
 
 /// Whether any sum of the solve left 32 bits or any product had to be repeated in extended precision. What
 /// rests on exact arithmetic (saturation bits that agree with the coordinates, for one) then need not hold.

@@ -8,8 +8,8 @@
 
 namespace siphons {
 
-/// Loads the net of `path` (without extension) into `model`. Ends the process as the net reader does, and with
-/// status 1 after "ERROR: could not read %s properly\n" on standard output when there is no net.
+/// Loads the net of `path` (without extension) into `model`. Ends the process as the net reader does, and
+/// with status 1 after "ERROR: could not read %s properly\n" on standard output when there is no net.
 void LoadModel(const char* path);
 
 /// LoadModel, then builds the tables; with pmf_bit set it also writes the .pmf file.

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "net/load_net.h"
+#include "net/memory.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_vars.h"
@@ -38,6 +39,14 @@ class Structure : public testing::Test {
                   places + transitions);
     no_timed_trans = 0;
     read_net((model_.path() / "net").c_str());
+  }
+  /// The tables are built once per process and never released; here every test builds its own.
+  void TearDown() override {
+    void* const tables[] = {places, transitions, i_matrix, o_matrix, h_matrix, c_matrix, r_par, md_arcs, model};
+    for (void* table : tables) Abandon(table);
+    c_matrix = nullptr;
+    md_arcs = nullptr;
+    no_md_arcs = 0;
   }
   const fs::path& Directory() const { return model_.path(); }
 

@@ -98,7 +98,7 @@ TEST(Subnets, SetsAreWrittenWhereTheyAreFilled) {
   static subnet_rec timed{};
   timed.number = 1;
   timed.next = &group;
-  subnets = &timed, no_subnets = 1, transitions = table, no_trans = 2, ecs_bit = 1;
+  subnets = &timed, no_subnets = 1, transitions = table, no_trans = 2, no_places = 0, ecs_bit = 1;
   testing::internal::CaptureStdout();
   const std::string file = Written(subnet_output);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
