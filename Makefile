@@ -1,6 +1,7 @@
 # A thin front of CMake: `make run` and `make test` do all of their own set-up.
-NET ?= philosophers
-MODELDIR ?= $(CURDIR)/examples
+# Not taken from the environment: users of the program have a MODELDIR of their own there.
+NET = philosophers
+MODELDIR = $(CURDIR)/examples
 JOBS := $(shell nproc 2>/dev/null || echo 1)
 
 # Kept between runs, although only pattern rules name them.
@@ -14,7 +15,8 @@ all: build/release/CMakeCache.txt
 # The report of NET, which is written beside the net.
 run:
 	@scripts/setup build
-	@$(MAKE) --no-print-directory all >/dev/null
+	@$(MAKE) --no-print-directory build/release/CMakeCache.txt
+	@cmake --build --preset release -j $(JOBS) --target siphons netkit
 	@MODELDIR='$(MODELDIR)' build/release/siphons '$(NET)'
 	@cat '$(MODELDIR)/$(NET).siphons'
 

@@ -1,5 +1,12 @@
+#include <new>
+
 #include "driver/siphondisplay.h"
+#include "matrix/out_of_memory.h"
 
 int main(int argc, char** argv) {
-  return siphons::RunSiphons(argc, argv);
+  try {
+    return siphons::RunSiphons(argc, argv);
+  } catch (const std::bad_alloc&) {
+    siphons::OutOfMemory();
+  }
 }

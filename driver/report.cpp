@@ -29,11 +29,13 @@ Conversion ParseConversion(const char* text) {
   const char* at = text + 1;
   if (const size_t digits = std::strspn(at, "0123456789"); digits > 0 && at[digits] == '$') at += digits + 1;
   std::string format = "%";
-  const size_t flagsWidthPrecision = std::strspn(at, "-+ #0'I123456789.*$");
-  for (size_t i = 0; i < flagsWidthPrecision; ++i) {
-    if (at[i] != '*' && at[i] != '$') format += at[i];
+  for (; *at != '\0' && std::strchr("-+ #0'I123456789.*", *at) != nullptr; ++at) {
+    if (*at != '*') {
+      format += *at;
+    } else if (const size_t number = std::strspn(at + 1, "0123456789"); number > 0 && at[1 + number] == '$') {
+      at += number + 1;
+    }
   }
-  at += flagsWidthPrecision;
   at += std::strspn(at, "hlqLjzZt");
   const char letter = *at;
   if (letter != '\0') ++at;
@@ -47,7 +49,7 @@ void WriteConversion(std::FILE* file, const Conversion& conversion) {
   if (conversion.letter == 'm') {
     errno = 0;
     std::fprintf(file, format, nullptr);
-  } else if (std::strchr("diouxXcC", conversion.letter) != nullptr) {
+  } else if (std::strchr("bBdiouxXcC", conversion.letter) != nullptr) {
     std::fprintf(file, format, 0);
   } else if (std::strchr("eEfFgGaA", conversion.letter) != nullptr) {
     std::fprintf(file, format, 0.0);

@@ -1,5 +1,5 @@
 // Numbered stopwatches of processor time. Numbers in use: 20 the driver's whole computation, 0 one solve, 3
-// the partition of the rays inside the solver. A leaf: any floor may use it, it uses nothing.
+// the partition of the rays inside the solver. A leaf: any floor may use it, it uses the ground floor only.
 #pragma once
 
 #include <array>

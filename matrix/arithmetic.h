@@ -1,6 +1,6 @@
 // 32-bit integer arithmetic as the whole program uses it: sums and products wrap around in two's complement,
 // divisions do what the processor's division does. Everything that may leave the 32-bit range goes through a
-// function of this page, so that the language's undefined behaviour is never reached and a wrap is always a
+// function of this header, so that the language's undefined behaviour is never reached and a wrap is always a
 // wrap on purpose.
 #pragma once
 

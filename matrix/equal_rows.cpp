@@ -22,7 +22,6 @@ void ElimEqualRows(Matrix** m) {
   for (uint32_t r = 0; r < rows.NbRows; ++r) {
     if (seen.insert(Bytes(rows, r)).second) survivors.push_back(r);
   }
-  seen.clear();
   ReplaceByRows(m, survivors);
 }
 

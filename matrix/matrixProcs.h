@@ -37,11 +37,12 @@ void QuickSort(Matrix* m, uint32_t first, uint32_t last, uint32_t key, uint32_t 
 /// greater than a key of the rows behind it. The returned row is below `last`.
 uint32_t Partition(Matrix* m, uint32_t first, uint32_t last, uint32_t key, uint32_t payload);
 
-/// 1 when row i comes before row j in the lexicographic order of the columns from 1 on, else 0.
+/// 1 when row i comes before row j in the lexicographic order of the columns from 1 on, else 0. At least one
+/// column.
 int32_t LexSmaller(const Matrix* m, int32_t i, int32_t j);
 
-/// Orders the rows by descending number of zeros; of the rows with exactly two nonzero entries, as many as
-/// there are less one, counted from the top, are then ordered by the sum of their nonzero entries' column
+/// Orders the rows by descending number of zeros. With t rows that have exactly two nonzero entries, the
+/// first t - 1 rows, whichever they are, are then ordered by the sum of their nonzero entries' column
 /// numbers.
 void _SortRows(Matrix* m);
 

@@ -6,9 +6,20 @@
 
 namespace siphons {
 
+namespace {
+
+constexpr int kStatus = 255;
+
+}  // namespace
+
 void OutOfMemory(uint64_t bytes) {
   std::fprintf(stderr, "Unable to malloc %" PRIu64 " bytes\n", bytes);
-  std::exit(255);
+  std::exit(kStatus);
+}
+
+void OutOfMemory() {
+  std::fputs("Unable to malloc more memory\n", stderr);
+  std::exit(kStatus);
 }
 
 }  // namespace siphons

@@ -8,4 +8,7 @@ namespace siphons {
 /// Writes "Unable to malloc %u bytes\n" with the size to standard error and ends the process with status 255.
 [[noreturn]] void OutOfMemory(uint64_t bytes);
 
+/// The same after "Unable to malloc more memory\n", where nobody knows how much was asked for.
+[[noreturn]] void OutOfMemory();
+
 }  // namespace siphons

@@ -103,7 +103,7 @@ struct Net {
   RewardMeasure* rewards;
 };
 
-/// Releases a net and what it owns, but for the transition table, which others may still refer into: it stays
+/// Releases a net and what it owns, but for the transition table itself, which is kept on purpose: it stays
 /// reachable until the process ends. Null is ignored.
 void free_net(Net* net);
 

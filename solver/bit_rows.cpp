@@ -32,7 +32,7 @@ bool SaturateCommonConstraint(uint32_t k, uint32_t m, uint32_t x, uint32_t y) {
 }
 
 int32_t CheckedLater(int32_t k, int32_t m, uint32_t x, uint32_t y) {
-  if (m - 1 <= k) return 0;
+  if (m - 1 <= k || k < 0) return 0;
   const uint32_t current = static_cast<uint32_t>(k);
   const uint32_t target = static_cast<uint32_t>(m);
   MaskConstraintsBetween(current, target);

@@ -10,10 +10,12 @@ namespace siphons {
 
 /// Solves the system of `constraints`: column 0 is not read, columns 1 to D (at least 1) are the
 /// coefficients, the last that of the homogenising coordinate. Its rows are put into another order and must
-/// live until the call returns. At most about maxRays rays are held. Returns the number of rays and makes
-/// *out a new matrix of D - 1 rows with one ray per column, without the homogenising coordinate; the caller
-/// owns it. Returns 0 after "Error!an error occured\n" on standard output when the solve failed, *out
-/// untouched: a ray that cannot be represented, too many rays, no memory, or an empty cone.
+/// live until the call returns. At most about maxRays rays are held.
+///
+/// Returns the number of rays and makes *out a new matrix of D - 1 rows with one ray per column, without the
+/// homogenising coordinate; the caller owns it. Returns 0 after "Error!an error occured\n" on standard output
+/// when the solve failed, *out untouched: a ray that cannot be represented, too many rays, no memory, a cone
+/// that is empty before the last constraint, or a pair that a wrapped sum files under a finished constraint.
 uint32_t SolveInequationSystem(Matrix** out, Matrix* constraints, uint32_t maxRays);
 
 /// The double description iteration over Constraints. Returns 0 and leaves Ray and Sat with NbRay rows, or 1

@@ -22,7 +22,7 @@ void Vector_Normalize(int32_t* vector, uint32_t n);
 /// 1, 0 or -1: abs(a) is greater than, equal to or smaller than abs(b).
 int32_t RSV(int32_t a, int32_t b);
 
-/// a / b rounded down, b not 0, as long as a b fits 32 bits: the sign of the quotient is read from the
+/// a / b rounded down, b not 0, as long as a * b fits 32 bits: the sign of the quotient is read from the
 /// wrapped product.
 int32_t INT(int32_t a, int32_t b);
 

@@ -1,6 +1,4 @@
-// Pair lists and the free list. The blocks fix the order; a hash index beside them finds the chain of a key
-// and its tail, so filing a pair costs the same however many keys and companions there are. A chain takes as
-// much memory as it holds companions.
+// Pair lists and the free list: making, reading and releasing them. Pairs are filed in store_pair.cpp.
 #include "solver/lists.h"
 
 #include <cstdio>
@@ -12,8 +10,7 @@
 namespace siphons {
 
 LLElement* NewElement(uint32_t companion) {
-  auto element = std::make_unique<LLElement>(LLElement{{companion}, nullptr});
-  return element.release();
+  return new LLElement{{companion}, nullptr};
 }
 
 LiList* CreateLiList() {

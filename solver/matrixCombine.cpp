@@ -26,7 +26,7 @@ bool FitsInt32(int64_t value) {
   return value == static_cast<int32_t>(value);
 }
 
-/// Whether x f leaves 32 bits. The rule is that the wrapped product divided by x is not f again; that
+/// Whether x * f leaves 32 bits. The rule is that the wrapped product divided by x is not f again; that
 /// division itself faults when it is -2147483648 / -1.
 bool ProductOverflows(int32_t x, int32_t f) {
   if (FitsInt32(int64_t{x} * f)) return false;

@@ -28,8 +28,8 @@ extern uint32_t nc;         ///< words of a saturation row
 
 extern Matrix* Ray;  ///< released by SolveInequationSystem
 extern Matrix* Sat;  ///< released by SolveInequationSystem
-extern Matrix*
-    MinF;  ///< column 0: first constraint from the current one on that the ray violates; 1: sort scratch
+/// Column 0: the first constraint from the current one on that the ray violates; 1: scratch of the sort.
+extern Matrix* MinF;
 extern uint32_t NbRay;
 extern uint32_t NbLines;
 extern uint32_t OldRays;    ///< progress mark: NbRay when it last was more than 1000 away
@@ -42,9 +42,10 @@ extern uint32_t NbIndexRL;  ///< rows that IndexRL covers
 extern FreeListBlock* FLR;  ///< released ray numbers
 extern uint32_t blockflag;  ///< 1 when FLR is empty
 
-extern std::vector<LiList*>
-    LiListArray;         ///< per constraint: adjacent pairs to combine at it; null once it is done
-extern LiList* GenList;  ///< new rays of the current constraint by the row of their positive parent
+/// Per constraint: the adjacent pairs that combine at it; null once it is done.
+extern std::vector<LiList*> LiListArray;
+/// New rays of the current constraint by the row of their positive parent.
+extern LiList* GenList;
 
 extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each 16-bit value
 extern std::vector<uint32_t> Border;     ///< first row of the sorted region with this MinF, or kNoRow

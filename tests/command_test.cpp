@@ -52,12 +52,13 @@ TEST(Command, TextsThatDoNotFitEndTheProcess) {
 
 TEST(Command, NamesAreFormatTextWithZeroForEveryArgument) {
   const TemporaryDirectory model;
-  WriteNet(model.path(),
-           {"a%%b", "x%5dy", "x%.2fy", "x%sy", "x%ny", "x%*dy", "x%lldy", "x%1$#xy", "x%yz", "end%"});
+  WriteNet(model.path(), {"a%%b", "x%5dy", "x%.2fy", "x%sy", "x%ny", "x%*dy", "x%lldy", "x%1$#xy",
+                          "x%1$*2$dy", "x%by", "x%yz", "end%"});
   const Outcome outcome = RunNet(model.path());
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(MaskedReport(model.path() / "net.siphons"),
-            ReportOf({"a%b", "x    0y", "x0.00y", "xy", "xy", "x0y", "x0y", "x0y", "x%yz", "end"}));
+  EXPECT_EQ(
+      MaskedReport(model.path() / "net.siphons"),
+      ReportOf({"a%b", "x    0y", "x0.00y", "xy", "xy", "x0y", "x0y", "x0y", "x0y", "x0y", "x%yz", "end"}));
 }
 
 TEST(Command, AReportThatCannotBeWrittenIsNotLeft) {

@@ -108,12 +108,12 @@ TEST(Siphons, OddNets) {
 }
 
 /// Solves c x >= 0 for the rows of coefficients; every row's last is that of the homogenising coordinate.
-std::optional<Rows> Rays(const Rows& coefficients, uint32_t maxRays = 1000) {
+std::optional<Rows> Rays(const Rows& coefficients) {
   Rows rows = coefficients;
   for (Row& row : rows) row.insert(row.begin(), 1);
   const OwnedMatrix system = MatrixOf(rows);
   Matrix* out = nullptr;
-  SolveInequationSystem(&out, system.get(), maxRays);
+  SolveInequationSystem(&out, system.get(), 1000);
   const OwnedMatrix columns(out);
   if (out == nullptr) return std::nullopt;
   return out->NbColumns == 0 ? Rows{} : RowsOf(*OwnedMatrix(TransMat(out)));

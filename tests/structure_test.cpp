@@ -42,7 +42,8 @@ class Structure : public testing::Test {
   }
   /// The tables are built once per process and never released; here every test builds its own.
   void TearDown() override {
-    void* const tables[] = {places, transitions, i_matrix, o_matrix, h_matrix, c_matrix, r_par, md_arcs, model};
+    void* const tables[] = {places,   transitions, i_matrix, o_matrix, h_matrix,
+                            c_matrix, r_par,       md_arcs,  model};
     for (void* table : tables) Abandon(table);
     c_matrix = nullptr;
     md_arcs = nullptr;

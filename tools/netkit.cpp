@@ -3,10 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cstdio>
-#include <memory>
+#include <new>
 #include <string>
 
 #include "driver/model_files.h"
+#include "matrix/out_of_memory.h"
 #include "net/load_net.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
@@ -95,6 +96,8 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsageStatus;
+  } catch (const std::bad_alloc&) {
+    OutOfMemory();
   }
   return 0;
 }
