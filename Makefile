@@ -7,7 +7,7 @@ JOBS := $(shell nproc 2>/dev/null || echo 1)
 # Kept between runs, although only pattern rules name them.
 .SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt
 
-.PHONY: all run test asan format format-check clean
+.PHONY: all run test bench asan format format-check clean
 
 all: build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS)
@@ -23,6 +23,13 @@ run:
 test:
 	@scripts/setup test
 	@$(MAKE) --no-print-directory test-debug
+
+# The fast solver against the plain one, in one run.
+bench:
+	@scripts/setup bench
+	@cmake --preset release -DSIPHONS_BENCH=ON >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target bench_solver
+	@build/release/bench/bench_solver --benchmark_counters_tabular=true
 
 asan:
 	@scripts/setup test

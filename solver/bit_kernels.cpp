@@ -125,25 +125,58 @@ namespace avx512 {
 
 constexpr size_t kLanes = 8;
 
-SIPHONS_AVX512 size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least,
-                                 SelectedRow* out) {
+/// The bits that 8 rows have in common with the mask; kWords is the number of words, or 0 for any number.
+template <size_t kWords>
+SIPHONS_AVX512 inline __m512i Common(const BitColumns& bits, const uint64_t* mask, size_t t) {
+  const size_t words = kWords != 0 ? kWords : bits.words;
+  __m512i common = _mm512_setzero_si512();
+  for (size_t w = 0; w < words; ++w) {
+    const __m512i maskWord = _mm512_set1_epi64(static_cast<int64_t>(mask[w]));
+    const __m512i shared = _mm512_and_si512(maskWord, _mm512_loadu_si512(bits.columns + w * bits.stride + t));
+    common = _mm512_add_epi64(common, _mm512_popcnt_epi64(shared));
+  }
+  return common;
+}
+
+template <size_t kWords>
+SIPHONS_AVX512 inline size_t Select(const BitColumns& bits, const uint64_t* mask, uint32_t least,
+                                    SelectedRow* out) {
   const __m512i leastLanes = _mm512_set1_epi64(static_cast<int64_t>(least));
   size_t found = 0;
-  for (size_t t = 0; t < bits.rows; t += kLanes) {
-    __m512i common = _mm512_setzero_si512();
-    for (size_t w = 0; w < bits.words; ++w) {
-      const __m512i maskWord = _mm512_set1_epi64(static_cast<int64_t>(mask[w]));
-      const __m512i shared =
-          _mm512_and_si512(maskWord, _mm512_loadu_si512(bits.columns + w * bits.stride + t));
-      common = _mm512_add_epi64(common, _mm512_popcnt_epi64(shared));
-    }
-    const uint32_t selected = _mm512_cmpge_epu64_mask(common, leastLanes);
-    if (selected == 0) continue;
+  const auto append = [&](uint32_t selected, __m512i common, size_t t) SIPHONS_AVX512 {
     alignas(64) uint64_t counts[kLanes];
     _mm512_store_si512(counts, common);
     found = AppendRows(selected, counts, t, bits.rows, out, found);
+  };
+  size_t t = 0;
+  // Few rows are selected, so one branch serves four times eight rows.
+  for (; t + 4 * kLanes <= bits.rows; t += 4 * kLanes) {
+    __m512i common[4];
+    uint32_t selected[4];
+    for (size_t i = 0; i < 4; ++i) {
+      common[i] = Common<kWords>(bits, mask, t + i * kLanes);
+      selected[i] = _mm512_cmpge_epu64_mask(common[i], leastLanes);
+    }
+    if ((selected[0] | selected[1] | selected[2] | selected[3]) == 0) continue;
+    for (size_t i = 0; i < 4; ++i) append(selected[i], common[i], t + i * kLanes);
+  }
+  for (; t < bits.rows; t += kLanes) {
+    const __m512i common = Common<kWords>(bits, mask, t);
+    append(_mm512_cmpge_epu64_mask(common, leastLanes), common, t);
   }
   return found;
+}
+
+SIPHONS_AVX512 size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least,
+                                 SelectedRow* out) {
+  switch (bits.words) {
+    case 1:
+      return Select<1>(bits, mask, least, out);
+    case 2:
+      return Select<2>(bits, mask, least, out);
+    default:
+      return Select<0>(bits, mask, least, out);
+  }
 }
 
 SIPHONS_AVX512 bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, size_t except) {
