@@ -1,6 +1,8 @@
 #include "solver/adjacency_search.h"
 
 #include <algorithm>
+#include <bit>
+#include <numeric>
 
 #include "solver/sharedVars.h"
 
@@ -8,13 +10,26 @@ namespace siphons {
 
 namespace {
 
-constexpr size_t Padded(size_t rows) {
-  return (rows + kRowsPadding - 1) / kRowsPadding * kRowsPadding;
+constexpr size_t Padded(size_t count, size_t unit) {
+  return (count + unit - 1) / unit * unit;
 }
 
 /// The least number of constraints up to k that the rows of an adjacent pair saturate in common.
 uint32_t LeastCommon() {
   return Dimension >= 3 ? Dimension - 3 : 0;
+}
+
+/// Calls see(c) for the constraints up to k that a row of the solve saturates.
+template <typename See>
+void ForEachSaturated(uint32_t row, uint32_t k, See see) {
+  const uint32_t* const bits = SatWords(row);
+  for (uint32_t w = 0; w <= WordOf(k); ++w) {
+    uint32_t saturated = ~bits[w];
+    if (w == WordOf(k)) saturated &= ~(BitOf(k) - 1);
+    for (; saturated != 0; saturated &= ~BitOf(static_cast<uint32_t>(std::countl_zero(saturated)))) {
+      see(32 * w + static_cast<uint32_t>(std::countl_zero(saturated)));
+    }
+  }
 }
 
 }  // namespace
@@ -23,76 +38,97 @@ AdjacencySearch::AdjacencySearch(uint32_t first, uint32_t k, const BitKernels& k
     : kernels_(kernels),
       first_(first),
       rows_(NbRay - first),
-      words_(WordOf(k) / 2 + 1),
-      stride_(Padded(rows_)),
+      words_(k / 64 + 1),
+      stride_(Padded(rows_, kRowsPadding)),
       columns_(words_ * stride_),
+      bitmapWords_(Padded(rows_ / 64 + 1, kBitmapPadding)),
+      bitmaps_((size_t{k} + 1) * bitmapWords_),
       fixed_(words_),
-      near_(rows_),
       needed_(words_) {
-  const uint32_t last = WordOf(k);
-  const uint32_t lastMask = ~(BitOf(k) - 1);
+  RankConstraints(k);
   for (size_t t = 0; t < rows_; ++t) {
-    const uint32_t* const bits = SatWords(first + static_cast<uint32_t>(t));
-    for (uint32_t w = 0; w <= last; ++w) {
-      const uint32_t saturated = ~bits[w] & (w == last ? lastMask : 0xFFFFFFFF);
-      columns_[w / 2 * stride_ + t] |= uint64_t{saturated} << (32 * (w % 2));
-    }
+    ForEachSaturated(first + static_cast<uint32_t>(t), k, [this, t](uint32_t c) {
+      const size_t rank = rank_[c];
+      columns_[rank / 64 * stride_ + t] |= uint64_t{1} << (rank % 64);
+      bitmaps_[rank * bitmapWords_ + t / 64] |= uint64_t{1} << (t % 64);
+    });
   }
 }
 
-/// Selects the near rows from begin to end - 1 behind the first `found` entries of near_; returns the new
-/// number.
-size_t AdjacencySearch::Select(size_t begin, size_t end, size_t found) {
-  if (Dimension < 2) return found;  // no pair passes
-  SelectedRow* const out = near_.data() + found;
-  const size_t selected = kernels_.selectRows({columns_.data() + begin, stride_, words_, end - begin},
-                                              fixed_.data(), LeastCommon(), out);
-  SelectedRow* const kept = std::remove_if(out, out + selected, [this, begin](SelectedRow& near) {
-    near.row += static_cast<uint32_t>(begin);
-    return near.row == fixedRow_;
-  });
-  return static_cast<size_t>(kept - near_.data());
+void AdjacencySearch::RankConstraints(uint32_t k) {
+  std::vector<uint32_t> saturating(size_t{k} + 1);
+  for (size_t t = 0; t < rows_; ++t) {
+    ForEachSaturated(first_ + static_cast<uint32_t>(t), k, [&saturating](uint32_t c) { ++saturating[c]; });
+  }
+  std::vector<uint32_t> order(size_t{k} + 1);
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(),
+                   [&saturating](uint32_t a, uint32_t b) { return saturating[a] < saturating[b]; });
+  rank_.resize(order.size());
+  for (uint32_t rank = 0; rank <= k; ++rank) rank_[order[rank]] = rank;
 }
 
 void AdjacencySearch::Fix(uint32_t a, uint32_t from) {
   fixedRow_ = a - first_;
   from_ = from - first_;
   for (size_t w = 0; w < words_; ++w) fixed_[w] = columns_[w * stride_ + fixedRow_];
-  count_ = Select(from_, rows_, 0);
   ordered_ = false;
+  candidates_.clear();
+  if (Dimension < 2) return;  // no pair passes
+  const size_t rows = rows_ - from_;
+  selected_.resize(std::max(selected_.size(), rows));
+  const size_t count = kernels_.selectRows({columns_.data() + from_, stride_, words_, rows}, fixed_.data(),
+                                           LeastCommon(), selected_.data());
+  for (size_t i = 0; i < count; ++i) {
+    const uint32_t row = selected_[i].row + static_cast<uint32_t>(from_);
+    if (row != fixedRow_) candidates_.push_back({row, selected_[i].common});
+  }
 }
 
-void AdjacencySearch::OrderNearRows() {
-  const size_t count = Select(0, from_, count_);
-  // Counting sort: start[s] is where the rows with an intersection of size s begin.
+void AdjacencySearch::OrderCandidates() {
+  const size_t count = candidates_.size();
+  // Counting sort: start[s] is where the candidates with an intersection of size s begin.
   const size_t sizes = 64 * words_ + 1;
   std::vector<uint32_t> start(sizes);
   end_.assign(sizes, 0);
-  for (size_t i = 0; i < count; ++i) ++end_[near_[i].common];
+  for (const SelectedRow& candidate : candidates_) ++end_[candidate.common];
   uint32_t sum = 0;
   for (size_t size = sizes; size-- > 0;) {
     start[size] = sum;
     sum += end_[size];
     end_[size] = sum;
   }
-  orderedStride_ = Padded(count);
+  orderedStride_ = Padded(count, kRowsPadding);
   orderedColumns_.resize(std::max(orderedColumns_.size(), words_ * orderedStride_));
-  position_.resize(count_);
+  position_.resize(count);
   for (size_t i = 0; i < count; ++i) {
-    const uint32_t position = start[near_[i].common]++;
-    if (i < count_) position_[i] = position;
-    for (size_t w = 0; w < words_; ++w)
-      orderedColumns_[w * orderedStride_ + position] = SharedWord(near_[i].row, w);
+    position_[i] = start[candidates_[i].common]++;
+    for (size_t w = 0; w < words_; ++w) {
+      orderedColumns_[w * orderedStride_ + position_[i]] = SharedWord(candidates_[i].row, w);
+    }
   }
   ordered_ = true;
 }
 
+/// Whether a row before from_, other than the fixed one, saturates all of `needed`.
+bool AdjacencySearch::AnyBefore(std::span<const uint64_t> needed) {
+  if (from_ == 0) return false;
+  neededBitmaps_.clear();
+  for (size_t w = 0; w < words_; ++w) {
+    for (uint64_t ranks = needed[w]; ranks != 0; ranks &= ranks - 1) {
+      const size_t rank = 64 * w + static_cast<size_t>(std::countr_zero(ranks));
+      neededBitmaps_.push_back(bitmaps_.data() + rank * bitmapWords_);
+    }
+  }
+  return kernels_.anyRowInAll(neededBitmaps_, from_, fixedRow_);
+}
+
 bool AdjacencySearch::IsAdjacent(size_t i) {
-  if (!ordered_) OrderNearRows();
-  const SelectedRow& candidate = near_[i];
+  if (!ordered_) OrderCandidates();
+  const SelectedRow& candidate = candidates_[i];
   for (size_t w = 0; w < words_; ++w) needed_[w] = SharedWord(candidate.row, w);
   const BitColumns before{orderedColumns_.data(), orderedStride_, words_, end_[candidate.common]};
-  return !kernels_.anyRowHolds(before, needed_.data(), position_[i]);
+  return !kernels_.anyRowHolds(before, needed_.data(), position_[i]) && !AnyBefore(needed_);
 }
 
 }  // namespace siphons

@@ -5,10 +5,14 @@
 //
 // For a fixed row a, with Z(t) the constraints up to k that row t saturates: a third row t that proves (a, b)
 // not adjacent holds the intersection of Z(a) and Z(b), so it shares at least as many constraints with a as b
-// does, and itself passes the count with a. So one pass over the rows finds all that can matter to a, usually
-// less than a hundredth of them; everything else happens among these, on their intersections with Z(a). In
-// the order of the size of that intersection, largest first, only the rows before b and those of its own size
-// can hold b's.
+// does, and itself passes the count with a. So one pass over the rows that may pair with a finds its
+// candidates, usually less than a hundredth of them, and most third rows are among these. In the order of the
+// size of the intersection with Z(a), largest first, only the rows before b and those of its own size can
+// hold b's.
+//
+// What is left are the third rows among those that cannot pair with a. They are looked for by constraint: for
+// each constraint there is a bitmap of the rows that saturate it, and the bitmaps of the intersection are
+// united by AND, the rarest first, some hundred rows at a time and only as long as any row is left.
 //
 // Rows are excluded from their own test by number, never by value: rows may repeat, and a repeated row is a
 // third row like any other.
@@ -32,17 +36,18 @@ class AdjacencySearch {
   void Fix(uint32_t a, uint32_t from);
 
   /// Number of rows, a left out, that pass the count with a.
-  size_t CandidateCount() const { return count_; }
+  size_t CandidateCount() const { return candidates_.size(); }
 
   /// The i-th of them, ascending.
-  uint32_t Candidate(size_t i) const { return first_ + near_[i].row; }
+  uint32_t Candidate(size_t i) const { return first_ + candidates_[i].row; }
 
   /// Whether a and the i-th candidate are adjacent.
   bool IsAdjacent(size_t i);
 
  private:
-  size_t Select(size_t begin, size_t end, size_t found);
-  void OrderNearRows();
+  void RankConstraints(uint32_t k);
+  void OrderCandidates();
+  bool AnyBefore(std::span<const uint64_t> needed);
   uint64_t SharedWord(size_t row, size_t w) const { return fixed_[w] & columns_[w * stride_ + row]; }
 
   const BitKernels& kernels_;
@@ -50,22 +55,29 @@ class AdjacencySearch {
   size_t rows_;
   size_t words_;
   size_t stride_;
-  std::vector<uint64_t>
-      columns_;  ///< saturated constraints, word by word; row t is row first_ + t of the solve
+
+  // Row t is row first_ + t of the solve. Bit r of a row stands for the constraint of rank r: rank 0 is the
+  // one that the fewest rows saturate.
+  std::vector<uint64_t> columns_;  ///< the rows' saturated constraints, word by word
+  size_t bitmapWords_;
+  std::vector<uint64_t> bitmaps_;  ///< per rank: the rows that saturate the constraint
+  std::vector<uint32_t> rank_;     ///< of each constraint
 
   size_t fixedRow_ = 0;
   size_t from_ = 0;
-  std::vector<uint64_t> fixed_;    ///< Z(a)
-  std::vector<SelectedRow> near_;  ///< rows that pass the count with a: first the candidates, then the others
-  size_t count_ = 0;               ///< candidates in near_
+  std::vector<uint64_t> fixed_;  ///< Z(a)
+  std::vector<SelectedRow> candidates_;
+  std::vector<SelectedRow> selected_;  ///< room for a selection
 
-  // The near rows by falling intersection with Z(a), made when the first test asks for them.
+  // The candidates by falling intersection with Z(a), made when the first test asks for them.
   bool ordered_ = false;
   size_t orderedStride_ = 0;
   std::vector<uint64_t> orderedColumns_;
   std::vector<uint32_t> position_;  ///< of each candidate in that order
-  std::vector<uint32_t> end_;  ///< by size of the intersection: the end of the near rows of that size or more
+  std::vector<uint32_t>
+      end_;  ///< by size of the intersection: the end of the candidates of that size or more
   std::vector<uint64_t> needed_;
+  std::vector<const uint64_t*> neededBitmaps_;
 };
 
 }  // namespace siphons

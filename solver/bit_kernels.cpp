@@ -11,6 +11,13 @@ namespace siphons {
 
 namespace {
 
+/// The rows of word w of a bitmap that are below `rows` and not `except`.
+inline uint64_t Others(size_t w, size_t rows, size_t except) {
+  uint64_t others = rows - 64 * w >= 64 ? ~uint64_t{0} : (uint64_t{1} << (rows - 64 * w)) - 1;
+  if (except / 64 == w) others &= ~(uint64_t{1} << (except % 64));
+  return others;
+}
+
 namespace portable {
 
 size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least, SelectedRow* out) {
@@ -35,6 +42,15 @@ bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, size_t except) 
   return false;
 }
 
+bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
+  for (size_t w = 0; 64 * w < rows; ++w) {
+    uint64_t common = Others(w, rows, except);
+    for (size_t i = 0; i < bitmaps.size() && common != 0; ++i) common &= bitmaps[i][w];
+    if (common != 0) return true;
+  }
+  return false;
+}
+
 }  // namespace portable
 
 #ifdef SIPHONS_X86_KERNELS
@@ -48,6 +64,14 @@ inline size_t AppendRows(uint32_t selected, const uint64_t* common, size_t t, si
     out[found++] = {static_cast<uint32_t>(t + i), static_cast<uint32_t>(common[i])};
   }
   return found;
+}
+
+/// Whether the words from w on, `count` of them, hold a row below `rows` other than `except`.
+inline bool AnyOtherInWords(const uint64_t* words, size_t count, size_t w, size_t rows, size_t except) {
+  for (size_t i = 0; i < count && 64 * (w + i) < rows; ++i) {
+    if ((words[i] & Others(w + i, rows, except)) != 0) return true;
+  }
+  return false;
 }
 
 /// Whether a bit i is set in `holding` for which t + i is a row other than `except`.
@@ -113,6 +137,20 @@ SIPHONS_AVX2 bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, si
     }
     const uint32_t holding = LaneSigns(_mm256_cmpeq_epi64(missing, _mm256_setzero_si256()));
     if (holding != 0 && AnyOther(holding, t, bits.rows, except)) return true;
+  }
+  return false;
+}
+
+SIPHONS_AVX2 bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
+  for (size_t w = 0; 64 * w < rows; w += kLanes) {
+    __m256i common = _mm256_set1_epi64x(-1);
+    for (size_t i = 0; i < bitmaps.size() && _mm256_testz_si256(common, common) == 0; ++i) {
+      common = _mm256_and_si256(common, Load(bitmaps[i] + w));
+    }
+    if (_mm256_testz_si256(common, common) != 0) continue;
+    alignas(32) uint64_t words[kLanes];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(words), common);
+    if (AnyOtherInWords(words, kLanes, w, rows, except)) return true;
   }
   return false;
 }
@@ -194,6 +232,20 @@ SIPHONS_AVX512 bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, 
   return false;
 }
 
+SIPHONS_AVX512 bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
+  for (size_t w = 0; 64 * w < rows; w += kLanes) {
+    __m512i common = _mm512_set1_epi64(-1);
+    for (size_t i = 0; i < bitmaps.size() && _mm512_test_epi64_mask(common, common) != 0; ++i) {
+      common = _mm512_and_si512(common, _mm512_loadu_si512(bitmaps[i] + w));
+    }
+    if (_mm512_test_epi64_mask(common, common) == 0) continue;
+    alignas(64) uint64_t words[kLanes];
+    _mm512_store_si512(words, common);
+    if (AnyOtherInWords(words, kLanes, w, rows, except)) return true;
+  }
+  return false;
+}
+
 }  // namespace avx512
 
 #endif
@@ -215,10 +267,10 @@ bool IsSupported(InstructionSet set) {
 }
 
 const BitKernels& KernelsFor(InstructionSet set) {
-  static constexpr BitKernels kPortable{portable::SelectRows, portable::AnyRowHolds};
+  static constexpr BitKernels kPortable{portable::SelectRows, portable::AnyRowHolds, portable::AnyRowInAll};
 #ifdef SIPHONS_X86_KERNELS
-  static constexpr BitKernels kAvx2{avx2::SelectRows, avx2::AnyRowHolds};
-  static constexpr BitKernels kAvx512{avx512::SelectRows, avx512::AnyRowHolds};
+  static constexpr BitKernels kAvx2{avx2::SelectRows, avx2::AnyRowHolds, avx2::AnyRowInAll};
+  static constexpr BitKernels kAvx512{avx512::SelectRows, avx512::AnyRowHolds, avx512::AnyRowInAll};
   if (set == InstructionSet::kAvx2) return kAvx2;
   if (set == InstructionSet::kAvx512) return kAvx512;
 #endif

@@ -34,7 +34,14 @@ struct BitKernels {
 
   /// Whether a row other than `except` holds all bits of `needed`.
   bool (*anyRowHolds)(const BitColumns& bits, const uint64_t* needed, size_t except);
+
+  /// Whether a row below `rows`, other than `except`, has its bit set in every bitmap. A bitmap holds row t
+  /// in bit t % 64 of word t / 64 and has a multiple of kBitmapPadding words. Bitmaps with few bits should
+  /// come first.
+  bool (*anyRowInAll)(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except);
 };
+
+inline constexpr size_t kBitmapPadding = 8;
 
 enum class InstructionSet { kPortable, kAvx2, kAvx512 };
 
