@@ -74,14 +74,15 @@ void AdjacencySearch::Fix(uint32_t a, uint32_t from) {
   for (size_t w = 0; w < words_; ++w) fixed_[w] = columns_[w * stride_ + fixedRow_];
   ordered_ = false;
   candidates_.clear();
-  if (Dimension < 2) return;  // no pair passes
-  const size_t rows = rows_ - from_;
-  selected_.resize(std::max(selected_.size(), rows));
-  const size_t count = kernels_.selectRows({columns_.data() + from_, stride_, words_, rows}, fixed_.data(),
-                                           LeastCommon(), selected_.data());
+  if (Dimension < 2) return;                                 // no pair passes
+  const size_t begin = from_ / kRowsPadding * kRowsPadding;  // so that the padding ends where the columns end
+  const BitColumns behind{columns_.data() + begin, stride_, words_, rows_ - begin};
+  selected_.resize(std::max(selected_.size(), behind.rows));
+  const size_t count = kernels_.selectRows(behind, fixed_.data(), LeastCommon(), selected_.data());
   for (size_t i = 0; i < count; ++i) {
-    const uint32_t row = selected_[i].row + static_cast<uint32_t>(from_);
-    if (row != fixedRow_) candidates_.push_back({row, selected_[i].common});
+    const size_t row = begin + selected_[i].row;
+    if (row < from_ || row == fixedRow_) continue;
+    candidates_.push_back({static_cast<uint32_t>(row), selected_[i].common});
   }
 }
 

@@ -10,8 +10,8 @@
 
 namespace siphons {
 
-/// Rows of bits, `words` 64-bit words each. stride is a multiple of kRowsPadding and not below `rows`; the
-/// words of the rows behind the last may be read and do not count.
+/// Rows of bits, `words` 64-bit words each. Up to the next multiple of kRowsPadding behind `rows`, words of
+/// rows that do not exist may be read; they do not count.
 struct BitColumns {
   const uint64_t* columns;
   size_t stride;
