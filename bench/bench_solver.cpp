@@ -17,7 +17,7 @@
 #include <string>
 
 #include "net/load_net.h"
-#include "tests/plain/solve.h"
+#include "plain/solve.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Compiled once for each solver, with SOLVE set to the function's name and, for the plain one, its namespace
 // renamed.
-#include "tests/plain/solve.h"
+#include "plain/solve.h"
 
 #include <algorithm>
 
