@@ -15,8 +15,8 @@ all: build/release/CMakeCache.txt
 # The report of NET, which is written beside the net.
 run:
 	@scripts/setup build
-	@$(MAKE) --no-print-directory build/release/CMakeCache.txt
-	@cmake --build --preset release -j $(JOBS) --target siphons netkit
+	@$(MAKE) -s --no-print-directory build/release/CMakeCache.txt
+	@cmake --build --preset release -j $(JOBS) --target siphons netkit -- --no-print-directory
 	@MODELDIR='$(MODELDIR)' build/release/siphons '$(NET)'
 	@cat '$(MODELDIR)/$(NET).siphons'
 
@@ -36,11 +36,12 @@ asan:
 	@$(MAKE) --no-print-directory test-asan
 
 test-%: build/%/CMakeCache.txt
-	@cmake --build --preset $* -j $(JOBS)
+	@cmake --build --preset $* -j $(JOBS) -- --no-print-directory
 	@ctest --preset $* -j $(JOBS)
 
 build/%/CMakeCache.txt: CMakeLists.txt CMakePresets.json tests/CMakeLists.txt
-	@cmake --preset $*
+	@cmake --preset $* >/dev/null
+	@touch $@
 
 SOURCES := $(shell git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
 format:

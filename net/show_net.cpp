@@ -55,10 +55,11 @@ void ShowPlaces(const Net& net) {
     std::printf("\t%2d.name\t\t\t\"%s\"\n", i++, Text(place.name));
     ShowPosition(".pos\t\t\t", place.pos);
     ShowPosition(".name_pos\t\t", place.name_pos);
-    if (place.marking_par == nullptr) {
+    if (place.is_value != 0) {
       std::printf("\t  .marking.value\t<%d>\n", place.marking);
     } else {
-      std::printf("\t  .marking.delay_par\t\"%s\"\n", Text(place.marking_par->name));
+      std::printf("\t  .marking.delay_par\t\"%s\"\n",
+                  Text(place.marking_par != nullptr ? place.marking_par->name : nullptr));
     }
   }
 }
