@@ -37,11 +37,16 @@ class Structure : public testing::Test {
               "REWARD_MEASURES: 0\nPLACES: " +
                   count(places, "PLACE ") + "\nTRANSITIONS: " + count(transitions, "TRANSITION ") + "\n" +
                   places + transitions);
+    GiveUpTables();
     no_timed_trans = 0;
     read_net((model_.path() / "net").c_str());
   }
+  void TearDown() override { GiveUpTables(); }
+  const fs::path& Directory() const { return model_.path(); }
+
+ private:
   /// The tables are built once per process and never released; here every test builds its own.
-  void TearDown() override {
+  static void GiveUpTables() {
     void* const tables[] = {places,   transitions, i_matrix, o_matrix, h_matrix,
                             c_matrix, r_par,       md_arcs,  model};
     for (void* table : tables) Abandon(table);
@@ -49,9 +54,7 @@ class Structure : public testing::Test {
     md_arcs = nullptr;
     no_md_arcs = 0;
   }
-  const fs::path& Directory() const { return model_.path(); }
 
- private:
   TemporaryDirectory model_;
 };
 
