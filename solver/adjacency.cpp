@@ -18,9 +18,9 @@ namespace {
 
 /// The tests of one constraint's new rays with their positive parents, against all rays.
 ///
-/// A new ray lies between its parents, on the two-dimensional face that makes these adjacent, and the face
-/// that it shares with the positive one is the same: both tests pass, always, as long as the arithmetic is
-/// exact and a basis was found. They are then counted and not run; debug builds run them.
+/// A new ray lies on the two-dimensional face that its adjacent parents span, so it spans the rest of that
+/// face with the positive one: both tests pass, always, as long as the arithmetic is exact and a basis was
+/// found. They are then counted and not run; debug builds run them.
 class ParentTests {
  public:
   explicit ParentTests(uint32_t k) : k_(k) {}

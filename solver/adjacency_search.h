@@ -6,7 +6,7 @@
 // For a fixed row a, with Z(t) the constraints up to k that row t saturates: a third row t that proves (a, b)
 // not adjacent holds the intersection of Z(a) and Z(b), so it shares at least as many constraints with a as b
 // does, and itself passes the count with a. So one pass over the rows that may pair with a finds its
-// candidates, usually less than a hundredth of them, and most third rows are among these. In the order of the
+// candidates, usually about a hundredth of them, and most third rows are among these. In the order of the
 // size of the intersection with Z(a), largest first, only the rows before b and those of its own size can
 // hold b's.
 //

@@ -1,7 +1,7 @@
-// The two inner loops of the adjacency tests, over rows of bits that are stored word by word: word w of row t
-// stands at columns[w * stride + t], so that neighbouring rows are handled at once. There is a version for
-// AVX-512, one for AVX2 and a portable one; all give the same answers, and the best that the machine has is
-// chosen at run time.
+// The inner loops of the adjacency tests: two over rows of bits that are stored word by word (word w of row t
+// stands at columns[w * stride + t]), one over bitmaps of rows, so that neighbouring rows are handled at
+// once. There is a version for AVX-512, one for AVX2 and a portable one; all give the same answers, and the
+// best that the machine has is chosen at run time.
 #pragma once
 
 #include <cstddef>
