@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "driver/fetch_path.h"
+#include "matrix/process_end.h"
 #include "net/bounded_text.h"
 #include "structure/struct_vars.h"
 
@@ -14,7 +15,7 @@ void FindModelDirectory() {
   modeldir = std::getenv("MODELDIR");
   if (modeldir != nullptr) return;
   std::fputs("'MODELDIR' not set\n", stderr);
-  std::exit(1);
+  EndProcess(1);
 }
 
 void FormNetPath(std::span<char, kPathBuffer> path, const char* net) {
@@ -30,7 +31,7 @@ void OpenDefinitionInfo(const char* netPath) {
   inf_file.open(path.data());
   if (inf_file.is_open()) return;
   std::printf("ERROR: could not open %s for reading\n", path.data());
-  std::exit(1);
+  EndProcess(1);
 }
 
 }  // namespace siphons

@@ -4,11 +4,11 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 
 #include "driver/fetch_path.h"
 #include "driver/model_files.h"
 #include "driver/timer.h"
+#include "matrix/process_end.h"
 #include "net/bounded_text.h"
 #include "siphons/siphons.h"
 #include "structure/sparse.h"
@@ -26,12 +26,12 @@ constexpr int32_t kUsageStatus = 255;
 void RefuseUnusableNet() {
   if (no_places < 1) {
     std::puts("Error: no places.");
-    std::exit(1);
+    EndProcess(1);
   }
   // The computation does not use timing; the net types all have timed transitions.
   if (no_timed_trans < 1) {
     std::puts("Error: no timed transitions.");
-    std::exit(1);
+    EndProcess(1);
   }
 }
 

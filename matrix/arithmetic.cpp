@@ -3,10 +3,9 @@
 #include "matrix/arithmetic.h"
 
 #include <cmath>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
+
+#include "matrix/process_end.h"
 
 namespace siphons {
 
@@ -19,13 +18,6 @@ bool Faults(int32_t dividend, int32_t divisor) {
 }
 
 }  // namespace
-
-void ArithmeticFault() {
-  std::fflush(stdout);
-  std::signal(SIGFPE, SIG_DFL);
-  std::raise(SIGFPE);
-  std::abort();
-}
 
 int32_t TruncDiv(int32_t dividend, int32_t divisor) {
   if (Faults(dividend, divisor)) ArithmeticFault();

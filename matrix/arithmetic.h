@@ -43,7 +43,4 @@ int32_t TruncRem(int32_t dividend, int32_t divisor);
 /// The real number truncated toward zero; -2147483648 for what 32 bits cannot hold, NaN included.
 int32_t TruncateToInt32(long double value);
 
-/// Ends the process as a faulting integer division does, after writing out standard output.
-[[noreturn]] void ArithmeticFault();
-
 }  // namespace siphons

@@ -2,24 +2,25 @@
 
 #include <cinttypes>
 #include <cstdio>
-#include <cstdlib>
+
+#include "matrix/process_end.h"
 
 namespace siphons {
 
 namespace {
 
-constexpr int kStatus = 255;
+constexpr int32_t kStatus = 255;
 
 }  // namespace
 
 void OutOfMemory(uint64_t bytes) {
   std::fprintf(stderr, "Unable to malloc %" PRIu64 " bytes\n", bytes);
-  std::exit(kStatus);
+  EndProcess(kStatus);
 }
 
 void OutOfMemory() {
   std::fputs("Unable to malloc more memory\n", stderr);
-  std::exit(kStatus);
+  EndProcess(kStatus);
 }
 
 }  // namespace siphons

@@ -2,8 +2,9 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+
+#include "matrix/process_end.h"
 
 namespace siphons {
 
@@ -13,10 +14,9 @@ void FormatBounded(std::span<char> buffer, const char* format, ...) {
   const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
   va_end(arguments);
   if (length >= 0 && static_cast<size_t>(length) < buffer.size()) return;
-  std::fflush(stdout);
   std::fprintf(stderr, "text too long for its buffer of %zu characters: %.60s...\n", buffer.size(),
                buffer.data());
-  std::abort();
+  AbortProcess();
 }
 
 void AppendBounded(std::span<char> buffer, const char* text) {

@@ -1,8 +1,8 @@
 // Lookups by name, and the default error report.
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
+#include "matrix/process_end.h"
 #include "net/load_net.h"
 
 namespace siphons {
@@ -49,7 +49,7 @@ const char* skip_white(const char* text) {
 int32_t DefaultError(const char* message, int32_t fatal) {
   if (fatal != 0) {
     std::fprintf(stderr, "Fatal: %s\n", message);
-    std::exit(fatal);
+    EndProcess(fatal);
   }
   std::fprintf(stderr, "Warning: %s\n", message);
   return 0;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "matrix/out_of_memory.h"
+#include "matrix/process_end.h"
 
 namespace siphons {
 
@@ -26,7 +27,7 @@ void* nRealloc(void* block, uint32_t bytes) {
   void* const resized = std::realloc(block, bytes);
   if (resized == nullptr) {
     std::fprintf(stderr, "Unable to realloc %u bytes\n", bytes);
-    std::exit(255);
+    EndProcess(255);
   }
   return resized;
 }
@@ -36,7 +37,7 @@ char* nStrdup(const char* text) {
   char* const copy = static_cast<char*>(std::malloc(size));
   if (copy == nullptr) {
     std::fprintf(stderr, "Unable to duplicate string (%s)\n", text);
-    std::exit(255);
+    EndProcess(255);
   }
   std::memcpy(copy, text, size);
   return copy;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "matrix/arithmetic.h"
+#include "matrix/process_end.h"
 #include "solver/intOps.h"
 #include "solver/sharedVars.h"
 

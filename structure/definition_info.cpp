@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "matrix/arithmetic.h"
+#include "matrix/process_end.h"
 #include "net/memory.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_vars.h"
@@ -89,10 +90,10 @@ void MarkArc(const md_arc_def& arc) {
                          : arc.kind == kOutputArc    ? o_matrix
                          : arc.kind == kInhibitorArc ? h_matrix
                                                      : nullptr;
-  if (rows == nullptr || !IsTransition(arc.trans)) std::exit(1);
+  if (rows == nullptr || !IsTransition(arc.trans)) EndProcess(1);
   sp_entry* element = rows[arc.trans];
   while (element != nullptr && element->index != arc.place) element = element->next;
-  if (element == nullptr) std::exit(1);
+  if (element == nullptr) EndProcess(1);
   element->md_func = arc.func;
 }
 

@@ -1,9 +1,9 @@
 #include "structure/sparse.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "matrix/arithmetic.h"
+#include "matrix/process_end.h"
 #include "net/memory.h"
 
 namespace siphons {
@@ -39,7 +39,7 @@ sp_entry* sparse_function_row(const sp_entry* a, const sp_entry* b, sp_function 
 int32_t minus(const sp_entry* a, const sp_entry* b, sp_entry* out) {
   if (a != nullptr && b != nullptr && (a->mark != 0 || b->mark != 0)) {
     std::puts("Error in minus.");
-    std::exit(1);
+    EndProcess(1);
   }
   out->mark = b != nullptr ? b->md_func : 0;
   out->md_func = a != nullptr ? a->md_func : 0;

@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <span>
 
 #include "matrix/arithmetic.h"
+#include "matrix/process_end.h"
 #include "net/bounded_text.h"
 #include "net/load_net.h"
 #include "net/memory.h"
@@ -35,7 +35,7 @@ int32_t PlaceNumber(const char* placeName) {
   });
   if (place == end) {
     std::printf("Unknown place %s in arc definition\n", name.data());
-    std::exit(1);
+    EndProcess(1);
   }
   return static_cast<int32_t>(place - places);
 }
@@ -104,7 +104,7 @@ void LoadModel(const char* path) {
   model = load_net(path, nullptr, false);
   if (model != nullptr) return;
   std::printf("ERROR: could not read %s properly\n", path);
-  std::exit(1);
+  EndProcess(1);
 }
 
 void read_net(const char* path) {
@@ -164,7 +164,7 @@ void generate_pmf(const char* path, const Net& net) {
   file.close();
   if (!file) {
     std::printf("ERROR: unable to create file '%s'\n", name.data());
-    std::exit(1);
+    EndProcess(1);
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "driver/model_files.h"
 #include "matrix/out_of_memory.h"
+#include "matrix/process_end.h"
 #include "net/load_net.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
@@ -65,7 +66,7 @@ void Structure(const Options& options) {
   if (WriteStructure(options.output)) return;
   std::fprintf(stdout, "ERROR: could not open %s for writing\n",
                options.output.empty() ? "standard output" : options.output.c_str());
-  std::exit(1);
+  EndProcess(1);
 }
 
 }  // namespace
