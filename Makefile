@@ -7,7 +7,7 @@ JOBS := $(shell nproc 2>/dev/null || echo 1)
 # Kept between runs, although only pattern rules name them.
 .SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt
 
-.PHONY: all run test bench asan format format-check clean
+.PHONY: all run test bench asan fuzz format format-check clean
 
 all: build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS)
@@ -30,6 +30,14 @@ bench:
 	@cmake --preset release -DSIPHONS_BENCH=ON >/dev/null
 	@cmake --build --preset release -j $(JOBS) --target bench_solver
 	@build/release/bench/bench_solver --benchmark_counters_tabular=true
+
+# Each fuzz target for TIME seconds, two at a time.
+TIME = 60
+fuzz:
+	@scripts/setup fuzz
+	@cmake --preset fuzz >/dev/null
+	@cmake --build --preset fuzz -j $(JOBS) --target fuzzers -- --no-print-directory
+	@scripts/fuzz $(TIME)
 
 asan:
 	@scripts/setup test

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,11 @@ constexpr size_t kMessageBuffer = 256;
 constexpr size_t kSectionBuffer = 102400;
 
 using Message = std::array<char, kMessageBuffer>;
+
+/// An error function may throw; the net is then released.
+struct NetReleaser {
+  void operator()(Net* net) const { free_net(net); }
+};
 
 Net* NewNet(const char* name, ErrorFunc errorFunc) {
   Net* const net = NewTable<Net>(1);
@@ -179,15 +185,12 @@ void CheckCounts(Net& net) {
 }  // namespace
 
 Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer) {
-  Net* const net = NewNet(name, errorFunc);
+  std::unique_ptr<Net, NetReleaser> net(NewNet(name, errorFunc));
   for (Keyword& keyword : keylist) keyword.count = 0;
   if (name != nullptr) {
     std::ifstream file;
     OpenNetFile(*net, file);
-    if (!file.is_open()) {
-      free_net(net);
-      return nullptr;
-    }
+    if (!file.is_open()) return nullptr;
     ReadSections(*net, file);
   } else {
     ReadSections(*net, std::cin);
@@ -195,11 +198,10 @@ Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer) {
   if (warnSingleServer) WarnSingleServer(*net);
   if (net->nplaces == -1 || net->ntrans == -1) {
     net->error_func("Invalid number of places or transitions", 1);
-    free_net(net);
     return nullptr;
   }
   CheckCounts(*net);
-  return net;
+  return net.release();
 }
 
 }  // namespace siphons

@@ -12,7 +12,7 @@ namespace siphons {
 /// input. A null error function means DefaultError. With `warnSingleServer` the transitions that a
 /// marking-dependent delay makes single servers are named in one warning. Returns null when the file cannot
 /// be opened or no places or transitions were announced, which takes an error function that returns from
-/// fatal reports. The caller owns the net.
+/// fatal reports; one may also throw, and nothing of the net is left then. The caller owns the net.
 Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer);
 
 /// Lists the net field by field on standard output, and calls its error function once with a warning that it

@@ -19,8 +19,8 @@ namespace {
 /// The tests of one constraint's new rays with their positive parents, against all rays.
 ///
 /// A new ray lies on the two-dimensional face that its adjacent parents span, so it spans the rest of that
-/// face with the positive one: both tests pass, always, as long as the arithmetic is exact and a basis was
-/// found. They are then counted and not run; debug builds run them.
+/// face with the positive one: both tests pass, always, as long as RaysAreCertain. They are then counted and
+/// not run; debug builds run them.
 class ParentTests {
  public:
   explicit ParentTests(uint32_t k) : k_(k) {}
@@ -29,12 +29,11 @@ class ParentTests {
   bool Passes(uint32_t violator, uint32_t satisfier) {
     ++adjcounter;
     TellProgress();
-    const bool certain = !ArithmeticWrapped && NbLines == 0;
 #ifdef NDEBUG
-    if (certain) return true;
+    if (RaysAreCertain()) return true;
 #endif
     const bool passes = RunTests(violator, satisfier);
-    assert(passes || !certain);
+    assert(passes || !RaysAreCertain());
     return passes;
   }
 

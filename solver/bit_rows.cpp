@@ -6,6 +6,7 @@ namespace siphons {
 
 void CreateLookUpMat() {
   constexpr uint32_t kHalfWords = 65536;
+  if (!LookUpMat.empty()) return;  // the same for every solve
   LookUpMat.assign(kHalfWords, 16);
   for (uint32_t v = 1; v < kHalfWords; ++v) LookUpMat[v] = LookUpMat[v >> 1] - (v & 1);
 }

@@ -43,6 +43,8 @@ void Start() {
   Dimension = Constraints->NbColumns - 1;
   nc = NbConstraints == 0 ? 0 : WordOf(NbConstraints - 1) + 1;
   ArithmeticWrapped = false;
+  Homogeneous = std::all_of(Constraints->p, Constraints->p + NbConstraints,
+                            [](const int32_t* row) { return row[Dimension] == 0; });
   solveCounts = {};
 
   for (std::vector<uint32_t>* row : {&BitRow, &BitRow2}) row->assign(nc, 0);

@@ -9,8 +9,9 @@
 namespace siphons {
 
 /// Solves the system of `constraints`: column 0 is not read, columns 1 to D (at least 1) are the
-/// coefficients, the last that of the homogenising coordinate. Its rows are put into another order and must
-/// live until the call returns. At most about maxRays rays are held.
+/// coefficients, the last that of the homogenising coordinate; the answer is the cone's only when that is 0
+/// in every row. Its rows are put into another order and must live until the call returns. At most about
+/// maxRays rays are held.
 ///
 /// Returns the number of rays and makes *out a new matrix of D - 1 rows with one ray per column, without the
 /// homogenising coordinate; the caller owns it. Returns 0 after "Error!an error occured\n" on standard output

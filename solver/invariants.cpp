@@ -79,7 +79,7 @@ void CheckSaturation(uint32_t k) {
 
 void CheckInvariants(uint32_t k) {
   CheckIndexTables();
-  if (ArithmeticWrapped || NbLines > 0) return;
+  if (!RaysAreCertain()) return;
   CheckPairLists(k);
   CheckSaturation(k);
 }

@@ -7,9 +7,9 @@
 namespace siphons {
 
 /// Ends the process through assert when, after constraint k, the index tables are not inverse to each other,
-/// a pair list names a ray that is gone, or Sat or MinF disagree with the coordinates. After arithmetic has
-/// wrapped only the index tables are looked at. Does nothing under NDEBUG; costs about what evaluating all
-/// constraints on all rays costs.
+/// a pair list names a ray that is gone, or Sat or MinF disagree with the coordinates. Unless
+/// RaysAreCertain, only the index tables are looked at. Does nothing under NDEBUG; costs about what
+/// evaluating all constraints on all rays costs.
 #ifdef NDEBUG
 inline void CheckInvariants(uint32_t) {}
 #else

@@ -93,7 +93,7 @@ void ExchangeRays(uint32_t r1, uint32_t r2);
 
 // --- bit rows
 
-/// Fills LookUpMat.
+/// Fills LookUpMat, once per process.
 void CreateLookUpMat();
 
 /// Number of zero bits of a word, by LookUpMat.

@@ -44,5 +44,6 @@ int32_t checkedlater = 0;
 SolveCounts solveCounts{};
 
 bool ArithmeticWrapped = false;
+bool Homogeneous = true;
 
 }  // namespace siphons

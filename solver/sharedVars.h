@@ -75,6 +75,15 @@ extern SolveCounts solveCounts;
 /// rests on exact arithmetic (saturation bits that agree with the coordinates, for one) then need not hold.
 extern bool ArithmeticWrapped;
 
+/// Whether no constraint of the solve has a constant term. With one, the ray of the starting cone leaves the
+/// solve although pairs were filed with it, and nothing is promised about the answer but that it comes.
+extern bool Homogeneous;
+
+/// Whether the rays are surely the extreme rays of the cone so far.
+inline bool RaysAreCertain() {
+  return !ArithmeticWrapped && Homogeneous && NbLines == 0;
+}
+
 inline constexpr int32_t kNoNumber = 0x7fffffff;  ///< no ray number, in IndexRL; no row, in IndexLR
 inline constexpr uint32_t kNoRow = 0xFFFFFFFF;
 
