@@ -27,7 +27,7 @@ TEST(Netkit, WritesAsKept) {
   EXPECT_EQ(ReadFile(file), ReadFile(source / "structure.expected"));
   EXPECT_EQ(Netkit(model.path(), "pmf net").status, 0);
   EXPECT_EQ(ReadFile(model.path() / "net.pmf"), "TRANSITION general\n1.0*UNIFORM(0,2);\n\n");
-  EXPECT_EQ(Netkit(model.path(), "structure net -o /no/such/file").out,
+  EXPECT_EQ(Netkit(model.path(), "structure net -o /no/such/file").err,
             "ERROR: could not open /no/such/file for writing\n");
   EXPECT_EQ(Netkit(model.path(), "structure net -o /dev/full").status, 1);
 }

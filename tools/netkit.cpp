@@ -1,25 +1,25 @@
 // netkit: what else can be done with a net that `siphons` reads. Each subcommand reads one net, as `siphons`
 // does (the same directory, loader, messages and exit statuses), and ends; wrong usage ends with status 2.
+// Here are the command line and the subcommands that only list what the tables hold.
 #include <CLI/CLI.hpp>
-#include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <string>
 
 #include "driver/model_files.h"
 #include "matrix/out_of_memory.h"
-#include "matrix/process_end.h"
 #include "net/load_net.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_subnet.h"
 #include "structure/struct_vars.h"
+#include "tools/commands.h"
+#include "tools/netkit_io.h"
 
 namespace {
 
 using namespace siphons;
-
-constexpr int kUsageStatus = 2;
 
 struct Options {
   std::string net;
@@ -27,53 +27,83 @@ struct Options {
   bool summary = false;
 };
 
-std::array<char, kPathBuffer> NetPath(const Options& options) {
-  FindModelDirectory();
-  std::array<char, kPathBuffer> path;
-  FormNetPath(path, options.net.c_str());
-  return path;
-}
-
 void List(const Options& options) {
-  LoadModel(NetPath(options).data());
+  LoadModel(NetPath(options.net).c_str());
   show_net(*model);
+  WriteAnswer("", "");  // tells when the listing is not written whole
 }
 
 void WritePmf(const Options& options) {
   pmf_bit = 1;
-  read_net(NetPath(options).data());
+  read_net(NetPath(options.net).c_str());
 }
 
-/// Writes the structural analysis file to a named file or to standard output; false when it cannot be written
-/// whole.
-bool WriteStructure(const std::string& output) {
-  std::FILE* const file = output.empty() ? stdout : std::fopen(output.c_str(), "w");
-  if (file == nullptr) return false;
-  subnet_output(file);
-  const bool written = std::fflush(file) == 0 && std::ferror(file) == 0;
-  const bool closed = file == stdout || std::fclose(file) == 0;
-  return written && closed;
+std::string StructureText() {
+  char* text = nullptr;
+  size_t length = 0;
+  std::FILE* const stream = open_memstream(&text, &length);
+  if (stream == nullptr) OutOfMemory();
+  subnet_output(stream);
+  if (std::fclose(stream) != 0) OutOfMemory();
+  const std::string result(text, length);
+  std::free(text);
+  return result;
 }
 
 void Structure(const Options& options) {
-  const auto path = NetPath(options);
-  OpenDefinitionInfo(path.data());
-  read_net(path.data());
+  const std::string path = NetPath(options.net);
+  OpenDefinitionInfo(path.c_str());
+  read_net(path.c_str());
   read_info(inf_file);
   c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);
   subnet_bit = ecs_bit = options.summary ? 1 : 0;
   calc_subnets();
-  if (WriteStructure(options.output)) return;
-  std::fprintf(stdout, "ERROR: could not open %s for writing\n",
-               options.output.empty() ? "standard output" : options.output.c_str());
-  EndProcess(1);
+  WriteAnswer(options.output, StructureText());
+}
+
+/// The options that all questions about siphons have.
+template <typename Questions>
+CLI::App* AddQuestion(CLI::App& app, const char* name, const char* description, Questions& options) {
+  CLI::App* const command = app.add_subcommand(name, description);
+  command->add_option("NET", options.net, "name of the net, without extension")->required();
+  command->add_option("--timeout", options.timeout, "stop after this time")
+      ->check(CLI::PositiveNumber)
+      ->type_name("SECONDS");
+  command->add_flag("--json", options.json, "write JSON");
+  command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
+      ->type_name("FILE");
+  command->footer(
+      "Exit status: 0 complete, 1 the net cannot be read or the answer not be written, 2 wrong usage, "
+      "3 stopped at a limit or interrupted; what was found is written then, too.");
+  return command;
+}
+
+void AddMinimalSets(CLI::App& app, const std::string& kind, const char* description,
+                    EnumerationOptions& options, int32_t& status) {
+  CLI::App* const command = AddQuestion(app, kind.c_str(), description, options);
+  command->add_flag("--unmarked", options.unmarked, "only those whose places are all unmarked initially");
+  command->add_option("--containing", options.containing, "only those that contain PLACE; may be repeated")
+      ->type_name("PLACE")
+      ->allow_extra_args(false);
+  command->add_option("--max", options.max, "stop after N")->check(CLI::PositiveNumber)->type_name("N");
+  command->callback([&options, &status, kind] {
+    options.traps = kind == "traps";
+    status = ListMinimalSets(options);
+  });
+}
+
+void AddCheck(CLI::App& app, CheckOptions& options, int32_t& status) {
+  CLI::App* const command =
+      AddQuestion(app, "check", "Tell whether every minimal siphon holds an initially marked trap", options);
+  command->callback([&options, &status] { status = CheckCondition(options); });
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::set_new_handler([] { OutOfMemory(); });
   CLI::App app(
-      "Listings and structural analysis of stochastic Petri nets.\n"
+      "Listings, structural analysis, minimal siphons and traps of stochastic Petri nets.\n"
       "NET.PD and NET.DEFINFO are read from the directory named by the environment variable MODELDIR.",
       "netkit");
   app.set_version_flag("--version", "netkit " NETKIT_VERSION);
@@ -93,12 +123,16 @@ int main(int argc, char** argv) {
       structure->add_option("-o,--output", options.output, "write to FILE, not to standard output")
           ->type_name("FILE");
   structure->add_flag("--summary", options.summary, "sum the subnets up on standard output")->needs(output);
+  int32_t status = kComplete;
+  EnumerationOptions sets;
+  CheckOptions check;
+  AddMinimalSets(app, "siphons", "List all minimal siphons", sets, status);
+  AddMinimalSets(app, "traps", "List all minimal traps", sets, status);
+  AddCheck(app, check, status);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsageStatus;
-  } catch (const std::bad_alloc&) {
-    OutOfMemory();
+    return app.exit(error) == 0 ? 0 : kUsage;
   }
-  return 0;
+  return status;
 }

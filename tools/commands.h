@@ -1,0 +1,40 @@
+// The subcommands of netkit that ask about siphons and traps. Each reads the net as `siphons` does, writes
+// its answer and returns the exit status.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace siphons {
+
+enum ExitStatus : int32_t {
+  kComplete = 0,
+  kFailure = 1,  ///< also that of the net reader
+  kUsage = 2,
+  kIncomplete = 3,  ///< stopped at a limit; what was found is written and marked
+};
+
+struct EnumerationOptions {
+  std::string net;
+  std::string output;                   ///< empty: standard output
+  std::vector<std::string> containing;  ///< place names
+  bool unmarked = false;
+  bool json = false;
+  bool traps = false;
+  int64_t max = 0;     ///< 0: all
+  double timeout = 0;  ///< seconds; 0: none
+};
+
+int32_t ListMinimalSets(const EnumerationOptions& options);
+
+struct CheckOptions {
+  std::string net;
+  std::string output;  ///< empty: standard output
+  bool json = false;
+  double timeout = 0;  ///< seconds; 0: none
+};
+
+int32_t CheckCondition(const CheckOptions& options);
+
+}  // namespace siphons

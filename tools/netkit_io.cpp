@@ -1,0 +1,76 @@
+#include "tools/netkit_io.h"
+
+#include <array>
+#include <cinttypes>
+#include <cstdio>
+
+#include "driver/model_files.h"
+#include "matrix/process_end.h"
+#include "structure/struct_vars.h"
+#include "tools/commands.h"
+
+namespace siphons {
+
+namespace {
+
+/// False when the text is not in the stream as a whole.
+bool Write(std::FILE* stream, const std::string& text) {
+  return std::fwrite(text.data(), 1, text.size(), stream) == text.size() && std::fflush(stream) == 0 &&
+         std::ferror(stream) == 0;
+}
+
+bool WriteFile(const char* file, const std::string& text) {
+  std::FILE* const stream = std::fopen(file, "w");
+  if (stream == nullptr) return false;
+  const bool written = Write(stream, text);
+  const bool closed = std::fclose(stream) == 0;
+  if (written && closed) return true;
+  if (std::FILE* const emptied = std::fopen(file, "w"); emptied != nullptr) std::fclose(emptied);
+  return false;
+}
+
+}  // namespace
+
+std::string NetPath(const std::string& net) {
+  FindModelDirectory();
+  std::array<char, kPathBuffer> path;
+  FormNetPath(path, net.c_str());
+  return path.data();
+}
+
+int64_t TokensOf(const PlaceList& set) {
+  int64_t tokens = 0;
+  for (const int32_t p : set) tokens += places[p].init_mark;
+  return tokens;
+}
+
+std::string MarkingLine(const PlaceList& set) {
+  std::array<char, 32> tokens;
+  std::snprintf(tokens.data(), tokens.size(), "MARKING: %4" PRId64 " { ", TokensOf(set));
+  std::string line = tokens.data();
+  for (const int32_t p : set) line.append(places[p].name).append(" ");
+  return line + "}\n";
+}
+
+bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b) {
+  return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+Json JsonOf(const PlaceList& set) {
+  Json names = Json::array();
+  for (const int32_t p : set) names.push_back(places[p].name);
+  return {{"places", std::move(names)}, {"tokens", TokensOf(set)}};
+}
+
+std::string LineOf(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+void WriteAnswer(const std::string& file, const std::string& text) {
+  if (file.empty() ? Write(stdout, text) : WriteFile(file.c_str(), text)) return;
+  std::fprintf(stderr, "ERROR: could not open %s for writing\n",
+               file.empty() ? "standard output" : file.c_str());
+  EndProcess(kFailure);
+}
+
+}  // namespace siphons

@@ -1,0 +1,39 @@
+// Files of netkit's subcommands: the net that they read, the answer that they write.
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "sat/arc_sets.h"
+
+namespace siphons {
+
+/// Members in the order in which they are set.
+using Json = nlohmann::ordered_json;
+
+/// The path of the net below MODELDIR, without extension. Ends the process as `siphons` does when it cannot
+/// be formed.
+std::string NetPath(const std::string& net);
+
+/// The tokens that the initial marking puts into the places.
+int64_t TokensOf(const PlaceList& places);
+
+/// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
+std::string MarkingLine(const PlaceList& places);
+
+/// The order of answers: by number of places, then by place numbers.
+bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
+
+/// Places (names) and tokens of a set.
+Json JsonOf(const PlaceList& places);
+
+/// One line of JSON; what is not UTF-8 in a name is replaced.
+std::string LineOf(const Json& json);
+
+/// Writes a text to the file, or to standard output for an empty name. When it cannot be written whole, ends
+/// the process with status 1 after "ERROR: could not open %s for writing\n" on standard error; the file is
+/// then left empty.
+void WriteAnswer(const std::string& file, const std::string& text);
+
+}  // namespace siphons

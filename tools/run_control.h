@@ -1,0 +1,45 @@
+// What may end a long enumeration early, and what a person at a terminal sees of it meanwhile.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace siphons {
+
+class RunControl {
+ public:
+  /// Takes over SIGINT and SIGTERM until the process ends: the first one stops the run, the next one ends the
+  /// process. `seconds` is the time limit, 0 for none; `what` is being counted.
+  RunControl(double seconds, std::string what);
+
+  void Count() { ++count_; }
+
+  /// Whether the run is to stop. Asked often; on a terminal this also rewrites the progress line on standard
+  /// error, from two seconds on.
+  bool Stop();
+
+  /// Takes the progress line away.
+  void EndProgress();
+
+  /// Why the run stopped, or empty.
+  const std::string& Reason() const { return reason_; }
+  void SetReason(std::string reason) { reason_ = std::move(reason); }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void ShowProgress(double elapsed);
+
+  Clock::time_point start_ = Clock::now();
+  double seconds_;
+  std::string what_;
+  std::string reason_;
+  int64_t count_ = 0;
+  bool onTerminal_;
+  double nextLine_ = 2;
+  size_t lineLength_ = 0;
+};
+
+}  // namespace siphons
