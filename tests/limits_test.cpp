@@ -137,7 +137,10 @@ bool SignalDuringSolve(pid_t process, int signal, int* status) {
   while (waitpid(process, status, WNOHANG) == 0) {
     long size = 0, resident = 0;
     std::istringstream(ReadFile(statistics).value_or("")) >> size >> resident;
-    if (resident * page < 16 << 20) continue;
+    if (resident * page < 16 << 20) {
+      usleep(1000);
+      continue;
+    }
     kill(process, signal);
     waitpid(process, status, 0);
     return true;

@@ -37,11 +37,12 @@ inline std::vector<MessageRow> MessageTable() {
     for (size_t at = 1, end; (end = line.find(" |", at)) != std::string::npos; at = end + 2) {
       cells.push_back(line.substr(at + 1, end - at - 1));
     }
-    if (cells.size() != 5 || cells[4][0] != '`') continue;
-    for (std::string* code : {&cells[0], &cells[4]}) {
-      *code = code->front() == '`' ? code->substr(1, code->size() - 2) : "";
-    }
-    rows.push_back({cells[0], cells[1], cells[2], cells[4]});
+    if (cells.empty() || cells.back() == "shown by" || cells.back() == "---") continue;
+    cells.resize(5);
+    const auto code = [](const std::string& cell) {
+      return cell[0] == '`' ? cell.substr(1, cell.size() - 2) : "";
+    };
+    rows.push_back({code(cells[0]), cells[1], cells[2], code(cells[4])});
   }
   return rows;
 }
