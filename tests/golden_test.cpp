@@ -27,13 +27,8 @@ TEST_P(Golden, RunsAsKept) {
     if (fs::exists(source / file)) fs::copy(source / file, model.path());
   }
   const Outcome outcome = RunNet(model.path());
-  const auto masked = [&](std::string text) {
-    const std::string path = model.path().string();
-    for (size_t at; (at = text.find(path)) != std::string::npos;) text.replace(at, path.size(), "@MODELDIR@");
-    return text;
-  };
-  EXPECT_EQ(masked(outcome.out), ReadFile(source / "expected.stdout"));
-  EXPECT_EQ(masked(outcome.err), ReadFile(source / "expected.stderr"));
+  EXPECT_EQ(Masked(outcome.out, model.path()), ReadFile(source / "expected.stdout"));
+  EXPECT_EQ(Masked(outcome.err, model.path()), ReadFile(source / "expected.stderr"));
   EXPECT_EQ(std::to_string(outcome.status) + "\n", ReadFile(source / "expected.status"));
   EXPECT_EQ(MaskedReport(model.path() / "net.siphons"), ReadFile(source / "expected.siphons"));
 }

@@ -9,6 +9,7 @@
 
 #include "matrix/arithmetic.h"
 #include "matrix/matrixOps.h"
+#include "tests/messages.h"
 #include "tests/rows.h"
 
 namespace siphons {
@@ -66,7 +67,10 @@ TEST(MatrixLife, SizeIsPrintedAndReturned) {
   const OwnedMatrix m(ZeroMatrix(3, 5));
   testing::internal::CaptureStdout();
   EXPECT_EQ(SIZEOFMATI(m.get()), 100);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "size of matrix: 100 bytes\n");
+  EXPECT_EQ(SIZEOFMATI(nullptr), 0);
+  const std::string output = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(output.find("size of matrix: 100 bytes\n"), 0u);
+  ExpectRowsOfThisTest({{output, "", 0}});
 }
 
 TEST(MatrixOps, RowsAreExchangedCopiedAndUnited) {

@@ -30,6 +30,9 @@ TEST(Netkit, WritesAsKept) {
   EXPECT_EQ(Netkit(model.path(), "structure net -o /no/such/file").err,
             "ERROR: could not open /no/such/file for writing\n");
   EXPECT_EQ(Netkit(model.path(), "structure net -o /dev/full").status, 1);
+  fs::remove(model.path() / "net.pmf");
+  fs::create_symlink("/dev/full", model.path() / "net.pmf");
+  ExpectRowsOfThisTest({list, Netkit(model.path(), "pmf net")});
 }
 
 TEST(Netkit, ReadsWhatSiphonsReads) {
@@ -52,12 +55,14 @@ TEST(Netkit, ReadsWhatSiphonsReads) {
 
 TEST(Netkit, Usage) {
   const fs::path nowhere = "/no/such/directory";
+  std::vector<Outcome> outcomes;
   for (const char* wrong : {"", "list", "frob net", "structure net --summary", "list net --frob"}) {
-    const Outcome outcome = Netkit(nowhere, wrong);
+    const Outcome& outcome = outcomes.emplace_back(Netkit(nowhere, wrong));
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_EQ(outcome.out, "") << wrong;
     EXPECT_NE(outcome.err, "") << wrong;
   }
+  ExpectRowsOfThisTest(outcomes);
   EXPECT_EQ(Netkit(nowhere, "--help").status, 0);
   EXPECT_EQ(Netkit(nowhere, "--version").out.find("netkit "), 0u);
   EXPECT_EQ(Netkit(nowhere, "structure net").out,

@@ -5,15 +5,9 @@
 
 #include <cstdlib>
 
-#include "tests/files.h"
+#include "tests/messages.h"
 
 namespace siphons {
-
-struct Outcome {
-  std::string out;
-  std::string err;
-  int status;  ///< exit status, or minus the signal that ended the program
-};
 
 /// Runs "<environment> <program> <arguments>" through the shell.
 inline Outcome RunProgram(const std::string& environment, const std::string& program,
@@ -31,9 +25,19 @@ inline std::string ModelDirectory(const fs::path& model) {
   return "MODELDIR='" + model.string() + "'";
 }
 
-/// Runs `siphons` on the net "net" of a model directory.
-inline Outcome RunNet(const fs::path& model) {
-  return RunProgram(ModelDirectory(model), SIPHONS_PROGRAM, "net");
+/// Runs `siphons` on a net of a model directory.
+inline Outcome RunNet(const fs::path& model, const std::string& net = "net") {
+  return RunProgram(ModelDirectory(model), SIPHONS_PROGRAM, net);
+}
+
+/// A definition info file that says nothing.
+inline const std::string kNoInfo = "MD_ARCS: 0\nEND_MD_ARCS\nMD_DELAYS: 0\nMD_ENABLING: 0\n";
+
+/// The text with the path of the model directory masked.
+inline std::string Masked(std::string text, const fs::path& model) {
+  const std::string path = model.string();
+  for (size_t at; (at = text.find(path)) != std::string::npos;) text.replace(at, path.size(), "@MODELDIR@");
+  return text;
 }
 
 /// The report with its time masked, which is the one thing that may differ between runs: right-justified in

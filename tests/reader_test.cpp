@@ -7,7 +7,7 @@
 
 #include "net/load_net.h"
 #include "net/memory.h"
-#include "tests/files.h"
+#include "tests/messages.h"
 
 namespace siphons {
 namespace {
@@ -23,6 +23,15 @@ struct NetDeleter {
   void operator()(Net* net) const { free_net(net); }
 };
 using OwnedNet = std::unique_ptr<Net, NetDeleter>;
+
+/// The reports and a captured standard output, as the default error function writes the former.
+Outcome Told(const std::string& out) {
+  std::string err;
+  for (const std::string& message : messages) {
+    err += (message[0] == 'F' ? "Fatal: " : "Warning: ") + message.substr(2) + "\n";
+  }
+  return {out, err, 0};
+}
 
 /// Loads a file of this text; what it reports is in `messages`.
 OwnedNet Load(const std::string& text, bool warnSingleServer = false) {
@@ -137,6 +146,7 @@ TEST(Reader, OneDefectEach) {
       {"MEASURE m ;\n", "Invalid MEASURE definition"},
       {"MEASURE m 1;\nMEASURE n 1;\n", "Rewards-table overflow"},
   };
+  testing::internal::CaptureStdout();
   for (const auto& defect : defects) {
     SCOPED_TRACE(defect.text);
     const std::string text = defect.text;
@@ -144,6 +154,7 @@ TEST(Reader, OneDefectEach) {
     ASSERT_FALSE(messages.empty());
     EXPECT_EQ(messages[0], std::string("F ") + defect.message);
   }
+  ExpectRowsOfThisTest({Told(testing::internal::GetCapturedStdout())});
 }
 
 TEST(Reader, SectionsBeforeTheirTables) {
@@ -224,6 +235,7 @@ TEST(Reader, FindsItsFile) {
   ASSERT_EQ(unsetenv("MODELDIR"), 0);
   EXPECT_EQ(load_net("no/net", Record, false), nullptr);
   EXPECT_EQ(messages, (Messages{"W 'MODELDIR' not set", "F Unable to open file: no/net\n"}));
+  ExpectRowsOfThisTest({Told("")});
 }
 
 TEST(Reader, NamesSingleServersInOneWarning) {
@@ -239,6 +251,7 @@ TEST(Reader, NamesSingleServersInOneWarning) {
       messages[0],
       "W Using a marking dependent delay forces transition to behave as a single server. Applied for : " +
           name + "1, " + name + "2, " + name + "3, " + name + "4, " + name + "5\n");
+  ExpectRowsOfThisTest({Told("")});
 }
 
 TEST(Memory, BlocksAndTheirEnds) {

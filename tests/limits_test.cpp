@@ -1,0 +1,174 @@
+// The program at the edge of what the system gives it: memory, disk, paths, and a user who interrupts it.
+#include <unistd.h>
+
+#include <csignal>
+
+#include "tests/program.h"
+
+namespace siphons {
+namespace {
+
+/// A net that can fill each of n cells in two ways: 2^n siphons from 3^n rays, 25 MB for n = 10.
+std::string ChoicesNet(int n) {
+  std::string places = "PLACE q 1\n", transitions;
+  const auto transition = [&transitions](const std::string& name, const std::string& arcs) {
+    transitions += "TRANSITION " + name + " 1 SS EXP RS 0 0 0 0 0 0 0 0\n" + arcs + " INHARCS 0\n";
+  };
+  for (int i = 0; i < n; ++i) {
+    const std::string cell = "a" + std::to_string(i), cells[] = {cell + "x", cell + "y"};
+    transition("use" + cell, "INPARCS 2 1 " + cells[0] + " 0 1 " + cells[1] + " 0 OUTPARCS 1 1 q 0");
+    for (const std::string& way : cells) {
+      places += "PLACE " + way + " 0\n";
+      transition("fill" + way, "INPARCS 1 1 q 0 OUTPARCS 1 1 " + way + " 0");
+    }
+  }
+  return "PLACES: " + std::to_string(2 * n + 1) + "\nTRANSITIONS: " + std::to_string(3 * n) +
+         "\nDEFINITION_PARAMETERS: 0\nREWARD_MEASURES: 0\n" + places + transitions;
+}
+
+void WriteNet(const fs::path& model, const std::string& text, const std::string& net = "net") {
+  WriteFile(model / (net + ".PD"), text);
+  WriteFile(model / (net + ".DEFINFO"), kNoInfo);
+}
+
+TEST(Limits, Memory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer's shadow needs terabytes of addresses";
+#endif
+  const TemporaryDirectory model;
+  const fs::path report = model.path() / "net.siphons";
+  const std::string failed =
+      "Calculation of Siphons:\nTime passed with computation: @TIME@ s\n There are no siphons\n";
+  std::string whole;
+  int complete = 0;
+  const auto run = [&](int kilobytes) {
+    SCOPED_TRACE(kilobytes);
+    fs::remove(report);
+    const std::string limit = " prlimit --as=" + std::to_string(int64_t{kilobytes} << 10);
+    const Outcome outcome = RunProgram(ModelDirectory(model.path()) + limit, SIPHONS_PROGRAM, "net");
+    const std::string written = MaskedReport(report).value_or("");
+    const auto tells = [](const std::string& text, const char* message) {
+      return text.find(message) != std::string::npos;
+    };
+    if (outcome.status != 0) {
+      EXPECT_EQ(written, "");
+      EXPECT_TRUE((outcome.status == 255 && tells(outcome.err, "Unable to malloc ")) ||
+                  (outcome.status == 1 && tells(outcome.out, "ERROR: could not open ")) ||
+                  outcome.status == 127)  // the loader's own end
+          << outcome.status << outcome.err;
+    } else if (tells(outcome.out, "no more memory available!\nError!an error occured\n")) {
+      EXPECT_EQ(written, failed);
+    } else {
+      EXPECT_EQ(outcome.out, "");
+      EXPECT_EQ(written, whole);
+      ++complete;
+    }
+    return outcome;
+  };
+  for (const auto& [cells, step] : {std::pair(4, 64), std::pair(10, 5000)}) {
+    WriteNet(model.path(), ChoicesNet(cells));
+    RunNet(model.path());
+    whole = MaskedReport(report).value_or("");
+    ASSERT_NE(whole, failed);
+    complete = 0;
+    std::vector<Outcome> outcomes;
+    for (int kilobytes = 4000; complete < 3 && kilobytes < 100000; kilobytes += step) {
+      outcomes.push_back(run(kilobytes));
+    }
+    EXPECT_EQ(complete, 3);
+    if (cells == 4) ExpectRowsOfThisTest(outcomes);
+  }
+}
+
+TEST(Limits, AReportThatCannotBeWrittenIsNotLeft) {
+  const TemporaryDirectory model;
+  WriteNet(model.path(), ChoicesNet(1));
+  const fs::path report = model.path() / "net.siphons";
+  const std::string message = "ERROR: could not open " + report.string() + " for writing\n";
+  const auto expectFailure = [&] {
+    const Outcome outcome = RunNet(model.path());
+    EXPECT_EQ(outcome.out, message);
+    EXPECT_EQ(outcome.status, 1);
+    return outcome;
+  };
+  fs::create_symlink("/dev/full", report);
+  const Outcome full = expectFailure();
+  fs::remove(report);
+  fs::create_symlink("no such directory/report", report);
+  expectFailure();
+  fs::remove(report);
+  fs::create_directory(report);
+  expectFailure();
+  ExpectRowsOfThisTest({full});
+}
+
+TEST(Limits, PathsOfTheModelDirectory) {
+  const TemporaryDirectory base;
+  const auto expectReport = [](const std::string& directory, const std::string& net) {
+    WriteNet(directory, ChoicesNet(2), net);
+    EXPECT_EQ(RunProgram("MODELDIR='" + directory + "'", SIPHONS_PROGRAM, "'" + net + "'").status, 0) << net;
+    EXPECT_NE(ReadFile(directory + "/" + net + ".siphons").value_or("").find("siphons = 4 "),
+              std::string::npos);
+  };
+  const std::string path = base.path().string();
+  expectReport(path + "/", "slash");
+  expectReport(path, "blank in its name");
+  expectReport(path, "Fließband–工場");
+  expectReport(path, "%s%n");
+  fs::create_directory(path + "/Fließ band");
+  expectReport(path + "/Fließ band/", "net");
+  // The path of the net description has at most 511 characters.
+  std::string longest = path;
+  while (longest.size() < 400) longest += "/" + std::string(100, 'd');
+  fs::create_directories(longest);
+  const std::string fits(511 - longest.size() - 4, 'n');
+  expectReport(longest, fits);
+  WriteNet(longest, ChoicesNet(2), fits + "n");
+  const Outcome tooLong = RunNet(longest, fits + "n");
+  EXPECT_EQ(tooLong.status, -SIGABRT);
+  EXPECT_EQ(tooLong.err.find("text too long for its buffer of 512 characters: "), 0u);
+}
+
+/// Sends the signal once the process holds 16 MB, which no reader of a small file needs; false when it ends
+/// before.
+bool SignalDuringSolve(pid_t process, int signal, int* status) {
+  const std::string statistics = "/proc/" + std::to_string(process) + "/statm";
+  const long page = sysconf(_SC_PAGESIZE);
+  while (waitpid(process, status, WNOHANG) == 0) {
+    long size = 0, resident = 0;
+    std::istringstream(ReadFile(statistics).value_or("")) >> size >> resident;
+    if (resident * page < 16 << 20) {
+      usleep(1000);
+      continue;
+    }
+    kill(process, signal);
+    waitpid(process, status, 0);
+    return true;
+  }
+  return false;
+}
+
+TEST(Limits, AnInterruptedSolveLeavesTheOldReport) {
+  const std::string old = "Calculation of Siphons:\nold\n";
+  for (const int signal : {SIGINT, SIGTERM}) {
+    for (const bool hasOld : {false, true}) {
+      const TemporaryDirectory model;
+      const fs::path report = model.path() / "net.siphons";
+      WriteNet(model.path(), ChoicesNet(12));
+      if (hasOld) WriteFile(report, old);
+      const pid_t process = fork();
+      if (process == 0) {
+        setenv("MODELDIR", model.path().c_str(), 1);
+        execl(SIPHONS_PROGRAM, SIPHONS_PROGRAM, "net", nullptr);
+        _exit(1);
+      }
+      int status = 0;
+      EXPECT_TRUE(SignalDuringSolve(process, signal, &status)) << "ended by itself";
+      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+      EXPECT_EQ(ReadFile(report), hasOld ? std::optional(old) : std::nullopt);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace siphons

@@ -1,0 +1,82 @@
+// The table of docs/messages.md against what the programs say: no row without a test that shows it, and no
+// message of a kept case without a row.
+#include "tests/program.h"
+
+namespace siphons {
+namespace {
+
+/// The outcome kept for golden/NAME or defects/NAME.
+Outcome Kept(const fs::path& test) {
+  const fs::path tests = TESTS_DIRECTORY;
+  const auto number = [](const std::string& text) { return std::atoi(text.c_str()); };
+  if (fs::is_directory(tests / test)) {
+    const auto part = [&](const char* name) { return ReadFile(tests / test / name).value_or(""); };
+    return {part("expected.stdout"), part("expected.stderr"), number(part("expected.status"))};
+  }
+  Outcome kept{"", "", 0};
+  std::istringstream lines(ReadFile(tests / (test.string() + ".expected")).value_or("status 99\n"));
+  for (std::string line; std::getline(lines, line);) {
+    const std::string rest = line.substr(line.find_first_of(" |") + 1);
+    if (line.find("status signal ") == 0) {
+      kept.status = -number(line.substr(14));
+    } else if (line.find("status ") == 0) {
+      kept.status = number(rest);
+    } else if (line.find("out|") == 0) {
+      kept.out += rest + "\n";
+    } else if (line.find("err|") == 0) {
+      kept.err += rest + "\n";
+    }
+  }
+  return kept;
+}
+
+/// Whether the test Suite.Name stands in a test file and looks its rows up.
+bool LooksItsRowsUp(const std::string& test) {
+  const size_t dot = test.find('.');
+  const std::string head = "\nTEST(" + test.substr(0, dot) + ", " + test.substr(dot + 1) + ") {";
+  for (const auto& file : fs::directory_iterator(TESTS_DIRECTORY)) {
+    const std::string text = file.path().extension() == ".cpp" ? *ReadFile(file.path()) : "";
+    const size_t start = text.find(head);
+    if (start == std::string::npos) continue;
+    return text.find(" ExpectRowsOfThisTest(", start) < text.find("\n}\n", start);
+  }
+  return false;
+}
+
+TEST(Messages, EveryRowIsShownByItsTest) {
+  const std::vector<MessageRow> rows = MessageTable();
+  EXPECT_GT(rows.size(), 60u);
+  for (const MessageRow& row : rows) {
+    const bool kept = row.test.find('/') != std::string::npos;
+    EXPECT_TRUE(kept ? Shows(row, Kept(row.test)) : LooksItsRowsUp(row.test))
+        << row.message << ": " << row.test;
+  }
+}
+
+TEST(Messages, EveryLineOfTheKeptCasesHasARow) {
+  const std::vector<MessageRow> rows = MessageTable();
+  const auto expectRows = [&rows](const fs::path& test, const std::string& stream, const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+      const auto isIt = [&](const MessageRow& row) {
+        return row.stream == stream && !row.message.empty() && Says(row, line);
+      };
+      EXPECT_TRUE(line.empty() || std::any_of(rows.begin(), rows.end(), isIt)) << test << ": " << line;
+    }
+  };
+  int cases = 0;
+  for (const char* directory : {GOLDEN_DIRECTORY, DEFECTS_DIRECTORY}) {
+    for (const auto& entry : fs::directory_iterator(directory)) {
+      if (!entry.is_directory() && entry.path().extension() != ".expected") continue;
+      const fs::path test = fs::path(directory).filename() / entry.path().stem();
+      const Outcome kept = Kept(test);
+      expectRows(test, "output", kept.out);
+      expectRows(test, "error", kept.err);
+      ++cases;
+    }
+  }
+  EXPECT_GT(cases, 100);
+}
+
+}  // namespace
+}  // namespace siphons

@@ -1,0 +1,56 @@
+// What single tables tell when they find no memory, which a run meets by chance only. Each in a process of
+// its own.
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include "matrix/matrix.h"
+#include "net/memory.h"
+#include "solver/lists.h"
+#include "tests/messages.h"
+
+namespace siphons {
+namespace {
+
+/// Runs in a process that gets no further page and whose allocator holds nothing any more.
+Outcome WithoutMemory(const std::function<void()>& run) {
+  const TemporaryDirectory streams;
+  const fs::path out = streams.path() / "out", err = streams.path() / "err";
+  std::fflush(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    std::FILE* const files[] = {std::freopen(out.c_str(), "w", stdout),
+                                std::freopen(err.c_str(), "w", stderr)};
+    std::setvbuf(files[0], nullptr, _IONBF, 0);
+    const rlimit none{1 << 20, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &none);
+    for (size_t size = 1 << 20; size >= 16; size /= 2) {
+      while (std::malloc(size) != nullptr) {
+      }
+    }
+    run();
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {*ReadFile(out), *ReadFile(err), WEXITSTATUS(status)};
+}
+
+TEST(Shortage, IsTold) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer's shadow needs terabytes of addresses";
+#endif
+  void* const block = nMalloc(8);
+  Matrix* m = ZeroMatrix(2, 2);
+  LLElement* last = nullptr;
+  ExpectRowsOfThisTest({WithoutMemory([&] { nRealloc(block, 1 << 30); }),
+                        WithoutMemory([] { nStrdup("name"); }), WithoutMemory([&] { ResizeRows(&m, 1000); }),
+                        WithoutMemory([&] { CreateLLElement(&last); })});
+  Free(block);
+  FreeMat(m);
+}
+
+}  // namespace
+}  // namespace siphons
