@@ -7,9 +7,25 @@
 #include "driver/fetch_path.h"
 #include "matrix/process_end.h"
 #include "net/bounded_text.h"
+#include "net/input_file.h"
+#include "structure/struct_IO.h"
 #include "structure/struct_vars.h"
 
 namespace siphons {
+
+namespace {
+
+void FormInfoPath(std::span<char, kPathBuffer> path, const char* netPath) {
+  FormatBounded(path, "%s.DEFINFO", netPath);
+  fetch_path(path.data());
+}
+
+[[noreturn]] void TellUnreadableInfo(const char* path) {
+  std::printf("ERROR: could not open %s for reading\n", path);
+  EndProcess(1);
+}
+
+}  // namespace
 
 void FindModelDirectory() {
   modeldir = std::getenv("MODELDIR");
@@ -26,12 +42,19 @@ void FormNetPath(std::span<char, kPathBuffer> path, const char* net) {
 
 void OpenDefinitionInfo(const char* netPath) {
   std::array<char, kPathBuffer> path;
-  FormatBounded(path, "%s.DEFINFO", netPath);
-  fetch_path(path.data());
-  inf_file.open(path.data());
-  if (inf_file.is_open()) return;
-  std::printf("ERROR: could not open %s for reading\n", path.data());
-  EndProcess(1);
+  FormInfoPath(path, netPath);
+  OpenInput(inf_file, path.data());
+  if (!inf_file.is_open()) TellUnreadableInfo(path.data());
+}
+
+void ReadDefinitionInfo(const char* netPath) {
+  try {
+    read_info(inf_file);
+  } catch (const std::ios_base::failure&) {
+    std::array<char, kPathBuffer> path;
+    FormInfoPath(path, netPath);
+    TellUnreadableInfo(path.data());
+  }
 }
 
 }  // namespace siphons

@@ -20,4 +20,8 @@ void FormNetPath(std::span<char, kPathBuffer> path, const char* net);
 /// complaint.
 void OpenDefinitionInfo(const char* netPath);
 
+/// Reads what OpenDefinitionInfo opened into the structural tables. Ends the process as that does when the
+/// system cannot read on, and as read_info does.
+void ReadDefinitionInfo(const char* netPath);
+
 }  // namespace siphons

@@ -66,7 +66,7 @@ int32_t RunSiphons(int32_t argc, const char* const* argv) {
   FormNetPath(netPath, argv[1]);
   OpenDefinitionInfo(netPath.data());
   read_net(netPath.data());
-  read_info(inf_file);
+  ReadDefinitionInfo(netPath.data());
   RefuseUnusableNet();
   c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);
   ComputeSiphons();

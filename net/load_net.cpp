@@ -15,6 +15,7 @@
 
 #include "driver/fetch_path.h"
 #include "net/bounded_text.h"
+#include "net/input_file.h"
 #include "net/load_funcs.h"
 #include "net/memory.h"
 
@@ -41,11 +42,17 @@ Net* NewNet(const char* name, ErrorFunc errorFunc) {
   return net;
 }
 
+void TellUnreadable(const Net& net) {
+  Message message;
+  FormatBounded(message, "Unable to open file: %s\n", net.name);
+  net.error_func(message.data(), 1);
+}
+
 /// Opens the file of a net, as named or below MODELDIR; leaves the stream closed after a report.
 void OpenNetFile(const Net& net, std::ifstream& file) {
   std::array<char, kPathBuffer> path;
   FormatBounded(path, std::strstr(net.name, ".PD") != nullptr ? "%s" : "%s.PD", net.name);
-  file.open(path.data());
+  OpenInput(file, path.data());
   if (file.is_open()) return;
   const char* const modelDirectory = std::getenv("MODELDIR");
   if (modelDirectory != nullptr) {
@@ -54,14 +61,12 @@ void OpenNetFile(const Net& net, std::ifstream& file) {
     FormatBounded(below, "/%s", path.data());
     fetch_path(below.data());
     FormatBounded(whole, "%s%s", modelDirectory, below.data());
-    file.open(whole.data());
+    OpenInput(file, whole.data());
     if (file.is_open()) return;
   } else {
     net.error_func("'MODELDIR' not set", 0);
   }
-  Message message;
-  FormatBounded(message, "Unable to open file: %s\n", net.name);
-  net.error_func(message.data(), 1);
+  TellUnreadable(net);
 }
 
 /// The section being collected: the keyword's line from the keyword on, and the lines that follow it.
@@ -191,7 +196,12 @@ Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer) {
     std::ifstream file;
     OpenNetFile(*net, file);
     if (!file.is_open()) return nullptr;
-    ReadSections(*net, file);
+    try {
+      ReadSections(*net, file);
+    } catch (const std::ios_base::failure&) {
+      TellUnreadable(*net);
+      return nullptr;
+    }
   } else {
     ReadSections(*net, std::cin);
   }

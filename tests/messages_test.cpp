@@ -33,7 +33,7 @@ Outcome Kept(const fs::path& test) {
 /// Whether the test Suite.Name stands in a test file and looks its rows up.
 bool LooksItsRowsUp(const std::string& test) {
   const size_t dot = test.find('.');
-  const std::string head = "\nTEST(" + test.substr(0, dot) + ", " + test.substr(dot + 1) + ") {";
+  const std::string head = "(" + test.substr(0, dot) + ", " + test.substr(dot + 1) + ") {\n";
   for (const auto& file : fs::directory_iterator(TESTS_DIRECTORY)) {
     const std::string text = file.path().extension() == ".cpp" ? *ReadFile(file.path()) : "";
     const size_t start = text.find(head);

@@ -1,14 +1,24 @@
 // netkit: what else can be done with a net that `siphons` reads. Each subcommand reads one net, as `siphons`
 // does (the same directory, loader, messages and exit statuses), and ends; wrong usage ends with status 2.
 // Here are the command line and the subcommands that only list what the tables hold.
+#include <new>
+
+#include "matrix/out_of_memory.h"
+
+namespace {
+
+// Stands above the includes because the command line library asks for memory before main runs.
+[[maybe_unused]] const std::new_handler kDefaultHandler =
+    std::set_new_handler([] { siphons::OutOfMemory(); });
+
+}  // namespace
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 #include <string>
 
 #include "driver/model_files.h"
-#include "matrix/out_of_memory.h"
 #include "net/load_net.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
@@ -54,7 +64,7 @@ void Structure(const Options& options) {
   const std::string path = NetPath(options.net);
   OpenDefinitionInfo(path.c_str());
   read_net(path.c_str());
-  read_info(inf_file);
+  ReadDefinitionInfo(path.c_str());
   c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);
   subnet_bit = ecs_bit = options.summary ? 1 : 0;
   calc_subnets();
@@ -101,7 +111,6 @@ void AddCheck(CLI::App& app, CheckOptions& options, int32_t& status) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::set_new_handler([] { OutOfMemory(); });
   CLI::App app(
       "Listings, structural analysis, minimal siphons and traps of stochastic Petri nets.\n"
       "NET.PD and NET.DEFINFO are read from the directory named by the environment variable MODELDIR.",
