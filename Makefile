@@ -7,7 +7,7 @@ JOBS := $(shell nproc 2>/dev/null || echo 1)
 # Kept between runs, although only pattern rules name them.
 .SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt
 
-.PHONY: all run test bench asan format format-check clean
+.PHONY: all run test bench asan lint format format-check clean
 
 all: build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS)
@@ -49,6 +49,12 @@ format:
 format-check:
 	@scripts/setup check
 	@clang-format --dry-run -Werror $(SOURCES)
+
+# Static checks: cppcheck and clang-tidy over every source.
+lint:
+	@scripts/setup check
+	@cmake --preset lint >/dev/null
+	@scripts/lint $(JOBS)
 
 clean:
 	@rm -rf build

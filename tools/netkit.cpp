@@ -68,9 +68,8 @@ void Structure(const Options& options) {
   std::exit(1);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+/// Throws when memory runs out.
+int Run(int argc, char** argv) {
   CLI::App app(
       "Listings and structural analysis of stochastic Petri nets.\n"
       "NET.PD and NET.DEFINFO are read from the directory named by the environment variable MODELDIR.",
@@ -96,8 +95,17 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kUsageStatus;
+  }
+  return 0;
+}
+
+}  // namespace
+
+// What else escapes is an option that Run describes wrongly.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
+  try {
+    return Run(argc, argv);
   } catch (const std::bad_alloc&) {
     OutOfMemory();
   }
-  return 0;
 }
