@@ -5,9 +5,10 @@ MODELDIR = $(CURDIR)/examples
 JOBS := $(shell nproc 2>/dev/null || echo 1)
 
 # Kept between runs, although only pattern rules name them.
-.SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt
+.SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt \
+  build/coverage/CMakeCache.txt
 
-.PHONY: all run test bench asan fuzz format format-check clean
+.PHONY: all run test bench asan fuzz coverage lint format format-check clean
 
 all: build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS)
@@ -57,6 +58,19 @@ format:
 format-check:
 	@scripts/setup check
 	@clang-format --dry-run -Werror $(SOURCES)
+
+# Which lines the tests run, by gcovr.cfg. Counts of an earlier run would add up.
+coverage:
+	@scripts/setup coverage
+	@find build/coverage -name '*.gcda' -delete 2>/dev/null || true
+	@$(MAKE) --no-print-directory test-coverage
+	@gcovr -j $(JOBS) build/coverage
+
+# Static checks: cppcheck and clang-tidy over every source.
+lint:
+	@scripts/setup check
+	@cmake --preset lint >/dev/null
+	@scripts/lint $(JOBS)
 
 clean:
 	@rm -rf build

@@ -75,7 +75,7 @@ Rows Minimal(const Rows& rows) {
 }
 
 void CheckEliminations(const Rows& rows, size_t columns) {
-  Require(After(ElimEqualRows, rows, columns) == WithoutRemovedByEarlier(rows, std::equal_to<Row>()),
+  Require(After(ElimEqualRows, rows, columns) == WithoutRemovedByEarlier(rows, std::equal_to<>()),
           "ElimEqualRows");
   Require(After(ElimNonMinimal, rows, columns) == Minimal(rows), "ElimNonMinimal");
   Rows nonzero = rows;

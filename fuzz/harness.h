@@ -53,7 +53,7 @@ class Bytes {
   /// bits.
   int32_t Entry(int32_t magnitude) {
     if (magnitude == 0) return Between(-2, 3);
-    const int32_t entry = static_cast<int8_t>(Next());
+    const int32_t entry = (Next() ^ 0x80) - 0x80;  // as two's complement
     return magnitude == 1 ? entry : magnitude == 2 ? entry * 999 : entry * (1 << 24);
   }
 

@@ -31,6 +31,7 @@ template <typename Record>
 Record* NewTable(int32_t count) {
   static_assert(std::is_trivially_copyable_v<Record>);
   if (count <= 0) return nullptr;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): there are tables of pointers, too
   return static_cast<Record*>(nMalloc(TableBytes(static_cast<uint32_t>(count), sizeof(Record))));
 }
 

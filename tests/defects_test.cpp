@@ -19,7 +19,7 @@ std::string Shown(const Outcome& run, const fs::path& model, const std::string& 
   const auto report = MaskedReport(model / (net + ".siphons"));
   std::string err = run.err;
   const std::string before = "Unable to malloc ";
-  if (err.find(before) == 0) {
+  if (err.starts_with(before)) {
     const size_t end = err.find_first_not_of("0123456789", before.size());
     err.replace(before.size(), end - before.size(), "@BYTES@");
   }

@@ -17,13 +17,13 @@ Outcome Kept(const fs::path& test) {
   std::istringstream lines(ReadFile(tests / (test.string() + ".expected")).value_or("status 99\n"));
   for (std::string line; std::getline(lines, line);) {
     const std::string rest = line.substr(line.find_first_of(" |") + 1);
-    if (line.find("status signal ") == 0) {
+    if (line.starts_with("status signal ")) {
       kept.status = -number(line.substr(14));
-    } else if (line.find("status ") == 0) {
+    } else if (line.starts_with("status ")) {
       kept.status = number(rest);
-    } else if (line.find("out|") == 0) {
+    } else if (line.starts_with("out|")) {
       kept.out += rest + "\n";
-    } else if (line.find("err|") == 0) {
+    } else if (line.starts_with("err|")) {
       kept.err += rest + "\n";
     }
   }

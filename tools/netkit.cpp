@@ -55,7 +55,7 @@ std::string StructureText() {
   if (stream == nullptr) OutOfMemory();
   subnet_output(stream);
   if (std::fclose(stream) != 0) OutOfMemory();
-  const std::string result(text, length);
+  std::string result(text, length);
   std::free(text);
   return result;
 }
@@ -110,7 +110,8 @@ void AddCheck(CLI::App& app, CheckOptions& options, int32_t& status) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+// What escapes is an option that is described wrongly here.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   CLI::App app(
       "Listings, structural analysis, minimal siphons and traps of stochastic Petri nets.\n"
       "NET.PD and NET.DEFINFO are read from the directory named by the environment variable MODELDIR.",

@@ -17,16 +17,16 @@ using Json = nlohmann::ordered_json;
 std::string NetPath(const std::string& net);
 
 /// The tokens that the initial marking puts into the places.
-int64_t TokensOf(const PlaceList& places);
+int64_t TokensOf(const PlaceList& set);
 
 /// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
-std::string MarkingLine(const PlaceList& places);
+std::string MarkingLine(const PlaceList& set);
 
 /// The order of answers: by number of places, then by place numbers.
 bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
 
 /// Places (names) and tokens of a set.
-Json JsonOf(const PlaceList& places);
+Json JsonOf(const PlaceList& set);
 
 /// One line of JSON; what is not UTF-8 in a name is replaced.
 std::string LineOf(const Json& json);
