@@ -25,12 +25,13 @@ test:
 	@scripts/setup test
 	@$(MAKE) --no-print-directory test-debug
 
-# The fast solver against the plain one, in one run.
+# The fast solver against the plain one, and netkit's enumeration against clingo's, each in one run.
 bench:
 	@scripts/setup bench
 	@cmake --preset release -DSIPHONS_BENCH=ON >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target bench_solver
+	@cmake --build --preset release -j $(JOBS) --target bench_solver bench_enumeration
 	@build/release/bench/bench_solver --benchmark_counters_tabular=true
+	@build/release/bench/bench_enumeration --benchmark_counters_tabular=true
 
 # Each fuzz target for TIME seconds, two at a time.
 TIME = 60
