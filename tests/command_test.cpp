@@ -44,13 +44,15 @@ TEST(Command, ArgumentsAndEnvironment) {
 
 TEST(Command, NamesAreFormatTextWithZeroForEveryArgument) {
   const TemporaryDirectory model;
-  WriteNet(model.path(), {"a%%b", "x%5dy", "x%.2fy", "x%sy", "x%ny", "x%*dy", "x%lldy", "x%1$#xy",
-                          "x%1$*2$dy", "x%by", "x%yz", "end%"});
+  WriteNet(model.path(),
+           {"a%%b", "x%5dy", "x%.2fy", "x%sy", "x%ny", "x%*dy", "x%lldy", "x%1$#xy", "x%1$*2$dy", "x%by",
+            "x%yz", "%d%i%o%u%x%X%B", "%e%E%f%F", "%g%G%a%A", "%c%C.", "%p%m%S%s.", "end%"});
   const Outcome outcome = RunNet(model.path());
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(
-      MaskedReport(model.path() / "net.siphons"),
-      ReportOf({"a%b", "x    0y", "x0.00y", "xy", "xy", "x0y", "x0y", "x0y", "x0y", "x0y", "x%yz", "end"}));
+  EXPECT_EQ(MaskedReport(model.path() / "net.siphons"),
+            ReportOf({"a%b", "x    0y", "x0.00y", "xy", "xy", "x0y", "x0y", "x0y", "x0y", "x0y", "x%yz",
+                      "0000000", "0.000000e+000.000000E+000.0000000.000000", "000x0p+00X0P+0",
+                      std::string("\0\0.", 3), "(nil)Success.", "end"}));
 }
 
 }  // namespace

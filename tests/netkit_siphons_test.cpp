@@ -109,6 +109,17 @@ TEST_F(SmallRing, Check) {
             "Conclusion: no dead marking is reachable\n");
 }
 
+TEST(NetkitCheck, ListsTheSiphonsWithoutMarkedTrap) {
+  EXPECT_EQ(Netkit(EXAMPLES_DIRECTORY, "check cell").out,
+            "Every minimal siphon holds an initially marked trap: no\n"
+            "No. of siphons = 5, without a marked trap = 1\n"
+            "MARKING:    2 { robot mill a_on_mill b_on_robot }\n"
+            "  greatest trap MARKING:    0 { }\n"
+            "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, inhibitor arcs: 0, "
+            "enabling functions: 0, transitions with priority: 0\n"
+            "Conclusion: none: a siphon without a marked trap may run dry, and need not\n");
+}
+
 TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
   const TemporaryDirectory model;
   for (const char* file : {"net.PD", "net.DEFINFO"})
@@ -135,7 +146,9 @@ TEST_F(Ring, StopsAtTheTimeLimit) {
   EXPECT_GT(answer["siphons"].size(), 0u);
   EXPECT_EQ(answer["siphons"].size(), answer["counts"]["siphons"]);
   EXPECT_EQ(outcome.err, "") << "no progress line without a terminal";
-  EXPECT_EQ(Run("check net --timeout 0.3").status, 3);
+  const Outcome check = Run("check net --timeout 0.3 --json");
+  EXPECT_EQ(check.status, 3);
+  EXPECT_TRUE(Json::parse(check.out)["condition"].is_null()) << "all siphons so far hold a marked trap";
 }
 
 TEST_F(Ring, InterruptedItWritesWhatItFound) {
