@@ -24,13 +24,6 @@ constexpr const char* kNet =
     "TRANSITION u 1.0 SS IM RE 1 0 0 0 0 0 0 0 INPARCS 1 <MD> b 0 OUTPARCS 1 1 a 0 INHARCS 1 <MD> c 0\n"
     "TRANSITION v 1.0 IS IM RE 2 0 0 0 0 0 0 0 INPARCS 1 2 c 0 OUTPARCS 1 1 a 0 INHARCS 0\n";
 
-struct FatalReport {};
-
-int32_t Throw(const char*, int32_t fatal) {
-  if (fatal != 0) throw FatalReport();
-  return 0;
-}
-
 /// The tables as they are before a process has read anything.
 void ResetTables() {
   places = nullptr;
@@ -47,7 +40,7 @@ void BuildAll(const std::string& net, const std::string& info) {
   std::stringbuf buffer(net);
   std::cin.rdbuf(&buffer);
   std::cin.clear();
-  model = load_net(nullptr, Throw, false);
+  model = load_net(nullptr, ThrowFatal, false);
   config_net(*model);
   std::istringstream stream(info);
   read_info(stream);

@@ -92,6 +92,11 @@ uint32_t TableBytes(uint32_t count, uint64_t recordBytes) {
 
 // --- the harness
 
+int32_t ThrowFatal(const char*, int32_t fatal) {
+  if (fatal != 0) throw FatalReport();
+  return 0;
+}
+
 size_t LiveBlocks() {
   for (void* block : given_up) GiveUp(block);
   given_up.clear();

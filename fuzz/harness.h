@@ -13,6 +13,10 @@ namespace siphons {
 /// Thrown where the program would end.
 struct ProcessEnd {};
 
+/// An error function for the net reader: throws FatalReport at a fatal report.
+struct FatalReport {};
+int32_t ThrowFatal(const char* message, int32_t fatal);
+
 /// Blocks of the net model that were neither released nor given up by Abandon, nor are owned by such a block.
 size_t LiveBlocks();
 

@@ -11,13 +11,6 @@ namespace {
 
 using namespace siphons;
 
-struct FatalReport {};
-
-int32_t Throw(const char*, int32_t fatal) {
-  if (fatal != 0) throw FatalReport();
-  return 0;
-}
-
 int32_t Return(const char*, int32_t) {
   return 0;
 }
@@ -43,7 +36,7 @@ void Read(const std::string& text, ErrorFunc errorFunc) {
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string text(data, data + size);
-  Read(text, Throw);
+  Read(text, ThrowFatal);
   Read(text, Return);
   return 0;
 }

@@ -8,12 +8,16 @@
 //
 // Shrinking: within a siphon S, place p is needed when there is no siphon without p. A place that is not
 // needed goes, with all that must follow; a needed one is needed in every siphon within S, too, so each place
-// is tried once, and a try ends at the first needed place that would follow.
+// is tried once, and a try ends at the first needed place that would follow. After a try that failed, the
+// places that would have gone are tried, the last one first, since what follows it is near; on a cycle this
+// makes the difference between linear and quadratic.
 //
 // With places that must be held, a model is first shrunk while they stay. What is left may still contain
 // smaller siphons without them; then it is not minimal, and one of these is excluded, though not wanted.
 //
-// The memory needed is that of the net and of the clauses that exclude what was found.
+// A transition with many input and many output places gets a variable of its own, "some input place is held",
+// so that the clauses take as much memory as the net. The rest is for the clauses that exclude what was
+// found.
 #include "sat/minimal_siphons.h"
 
 #include <algorithm>
@@ -38,7 +42,7 @@ class Stopper : public CaDiCaL::Terminator {
 class Enumeration {
  public:
   Enumeration(const ArcSets& arcs, const SiphonQuery& query, const std::function<bool()>& stop)
-      : siphon_(arcs), containing_(query.containing), stop_(stop), stopper_(stop) {
+      : arcs_(arcs), siphon_(arcs), containing_(query.containing), stop_(stop), stopper_(stop) {
     siphon_.Assign(query.within);
     candidates_ = siphon_.Places();
     possible_ =
@@ -51,7 +55,6 @@ class Enumeration {
     solver_.set("walk", 0);
     solver_.set("rephase", 0);
     solver_.connect_terminator(&stopper_);
-    if (possible_) AddCondition(arcs);
   }
 
   ~Enumeration() { solver_.disconnect_terminator(); }
@@ -60,11 +63,13 @@ class Enumeration {
 
   bool Run(const std::function<bool(std::span<const int32_t>)>& found) {
     if (!possible_) return true;
+    if (!AddCondition()) return false;
     for (;;) {
       if (stop_()) return false;
       const int status = solver_.solve();
       if (status != kSatisfiable) return status == kUnsatisfiable;
       const PlaceList minimal = Minimal(Model());
+      if (minimal.empty()) return false;
       const bool wanted = std::all_of(containing_.begin(), containing_.end(), [&](int32_t p) {
         return std::binary_search(minimal.begin(), minimal.end(), p);
       });
@@ -80,25 +85,44 @@ class Enumeration {
 
   static int Variable(int32_t place) { return place + 1; }
 
-  /// The clauses over the places that a siphon can hold.
-  void AddCondition(const ArcSets& arcs) {
-    for (const ArcSets::Transition& transition : arcs.transitions) {
-      for (const int32_t output : transition.outputs) {
-        const PlaceList& inputs = transition.inputs;
-        if (!siphon_.Holds(output) || std::binary_search(inputs.begin(), inputs.end(), output)) continue;
-        solver_.add(-Variable(output));
-        for (const int32_t input : inputs) {
-          if (siphon_.Holds(input)) solver_.add(Variable(input));
-        }
+  /// Adds the clauses over the places that a siphon can hold; false when stopped.
+  bool AddCondition() {
+    int ownVariable = arcs_.placeCount;
+    for (const ArcSets::Transition& transition : arcs_.transitions) {
+      if (stop_()) return false;
+      AddTransition(transition, ++ownVariable);
+    }
+    AddSomeOf(candidates_);
+    for (const int32_t p : containing_) AddSomeOf({p});
+    return true;
+  }
+
+  void AddTransition(const ArcSets::Transition& transition, int ownVariable) {
+    constexpr size_t kManyClauses = 4;  // times the arcs
+    const size_t inputs = transition.inputs.size(), outputs = transition.outputs.size();
+    const bool usesOwn = inputs * outputs > kManyClauses * (inputs + outputs);
+    for (const int32_t output : transition.outputs) {
+      const bool isInput = std::binary_search(transition.inputs.begin(), transition.inputs.end(), output);
+      if (!siphon_.Holds(output) || isInput) continue;
+      solver_.add(-Variable(output));
+      if (usesOwn) {
+        solver_.add(ownVariable);
         solver_.add(0);
+      } else {
+        AddSomeOf(transition.inputs);
       }
     }
-    for (const int32_t p : candidates_) solver_.add(Variable(p));
-    solver_.add(0);
-    for (const int32_t p : containing_) {
-      solver_.add(Variable(p));
-      solver_.add(0);
+    if (!usesOwn) return;
+    solver_.add(-ownVariable);
+    AddSomeOf(transition.inputs);
+  }
+
+  /// Ends a clause: what is in it already, or one of the places.
+  void AddSomeOf(const PlaceList& places) {
+    for (const int32_t p : places) {
+      if (siphon_.Holds(p)) solver_.add(Variable(p));
     }
+    solver_.add(0);
   }
 
   PlaceList Model() {
@@ -109,25 +133,35 @@ class Enumeration {
     return places;
   }
 
-  /// A minimal siphon within a siphon, with the places that must be held if that is possible on the way.
+  /// A minimal siphon within a siphon, with the places that must be held if that is possible on the way;
+  /// empty when stopped.
   PlaceList Minimal(const PlaceList& places) {
     siphon_.Assign(places);
     if (!containing_.empty()) {
       for (const int32_t p : containing_) siphon_.Keep(p);
-      Shrink();
+      if (!Shrink()) return {};
       siphon_.KeepNothing();
     }
-    Shrink();
-    return siphon_.Places();
+    return Shrink() ? siphon_.Places() : PlaceList();
   }
 
-  /// Removes every place that is not needed for the kept ones to stay, or for any place to stay.
-  void Shrink() {
-    for (const int32_t p : siphon_.Places()) {
-      if (siphon_.Holds(p) && !siphon_.TryRemove(p)) siphon_.Keep(p);
+  /// Removes every place that is not needed for the kept ones to stay, or for any place to stay; false when
+  /// stopped.
+  bool Shrink() {
+    PlaceList untried = siphon_.Places();
+    PlaceList gone;
+    while (!untried.empty()) {
+      if (stop_()) return false;
+      const int32_t p = untried.back();
+      untried.pop_back();
+      if (!siphon_.Holds(p) || siphon_.Keeps(p) || siphon_.TryRemove(p, gone)) continue;
+      siphon_.Keep(p);
+      untried.insert(untried.end(), gone.begin() + 1, gone.end());
     }
+    return true;
   }
 
+  const ArcSets& arcs_;
   SiphonWithin siphon_;
   PlaceList candidates_;
   PlaceList containing_;

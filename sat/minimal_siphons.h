@@ -17,7 +17,8 @@ struct SiphonQuery {
 
 /// Calls found(places) for every wanted minimal siphon of the net, its places ascending, each siphon once, in
 /// no particular order. The search ends early when `found` returns false, or when `stop`, which is asked
-/// often, returns true. Returns whether it came to its end, so that there is no other.
+/// often, returns true. Returns whether it came to its end, so that there is no other. Needs memory for the
+/// net and for the siphons found; with `containing`, also for those met on the way that do not contain it.
 bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,
                           const std::function<bool(std::span<const int32_t>)>& found,
                           const std::function<bool()>& stop);

@@ -40,12 +40,13 @@ void SiphonWithin::Assign(std::span<const int32_t> places) {
   Settle(0);
 }
 
-bool SiphonWithin::TryRemove(int32_t place) {
+bool SiphonWithin::TryRemove(int32_t place, PlaceList& gone) {
   const size_t from = removed_.size();
   if (!kept_[static_cast<size_t>(place)]) {
     Drop(place);
     if (Settle(from) && removed_.size() < assigned_.size()) return true;
   }
+  gone.assign(removed_.begin() + static_cast<std::ptrdiff_t>(from), removed_.end());
   TakeBack(from);
   return false;
 }

@@ -29,9 +29,11 @@ class SiphonWithin {
   void KeepNothing() { kept_.assign(kept_.size(), false); }
 
   /// Becomes the greatest siphon without this place, which it holds, and returns true; or stays as it is and
-  /// returns false when a kept place would go, or all places.
-  bool TryRemove(int32_t place);
+  /// returns false when a kept place would go, or all places. `gone` is then what went until that was clear,
+  /// each after a place that it follows; the first is the place itself.
+  bool TryRemove(int32_t place, PlaceList& gone);
 
+  bool Keeps(int32_t place) const { return kept_[static_cast<size_t>(place)]; }
   bool Holds(int32_t place) const { return holds_[static_cast<size_t>(place)]; }
   /// Its places, ascending.
   PlaceList Places() const;

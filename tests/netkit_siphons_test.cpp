@@ -95,18 +95,22 @@ TEST_F(SmallRing, OrderTokensAndOptions) {
   const fs::path file = model_.path() / "answer";
   const Outcome written = Run("traps net --containing b0 --containing b1 --json -o '" + file.string() + "'");
   EXPECT_EQ(written.out + written.err, "");
-  EXPECT_EQ(ReadFile(file), R"({"net":"net","counts":{"places":4,"transitions":2,"traps":1},"complete":true,)"
-                            R"("traps":[{"places":["b0","b1"],"tokens":1}]})"
-                            "\n");
+  EXPECT_EQ(ReadFile(file),
+            R"({"net":"net","counts":{"places":4,"transitions":2,"traps":1},"complete":true,"reason":null,)"
+            R"("traps":[{"places":["b0","b1"],"tokens":1}]})"
+            "\n");
 }
+
+const std::string kOrdinary =
+    "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, parallel arcs: 0, inhibitor arcs: "
+    "0, "
+    "enabling functions: 0, negative markings: 0, transitions with priority: 0\n";
 
 TEST_F(SmallRing, Check) {
   EXPECT_EQ(Run("check net").out,
             "Every minimal siphon holds an initially marked trap: yes\n"
-            "No. of siphons = 4, without a marked trap = 0\n"
-            "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, inhibitor arcs: 0, "
-            "enabling functions: 0, transitions with priority: 0\n"
-            "Conclusion: no dead marking is reachable\n");
+            "No. of siphons = 4, without a marked trap = 0\n" +
+                kOrdinary + "Conclusion: no dead marking is reachable\n");
 }
 
 TEST(NetkitCheck, ListsTheSiphonsWithoutMarkedTrap) {
@@ -114,10 +118,25 @@ TEST(NetkitCheck, ListsTheSiphonsWithoutMarkedTrap) {
             "Every minimal siphon holds an initially marked trap: no\n"
             "No. of siphons = 5, without a marked trap = 1\n"
             "MARKING:    2 { robot mill a_on_mill b_on_robot }\n"
-            "  greatest trap MARKING:    0 { }\n"
-            "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, inhibitor arcs: 0, "
-            "enabling functions: 0, transitions with priority: 0\n"
-            "Conclusion: none: a siphon without a marked trap may run dry, and need not\n");
+            "  greatest trap MARKING:    0 { }\n" +
+                kOrdinary + "Conclusion: none: a siphon without a marked trap may run dry, and need not\n");
+}
+
+TEST(NetkitCheck, ParallelArcsAndNegativeMarkingsAllowNoConclusion) {
+  const TemporaryDirectory model;
+  // Two arcs of weight 1 need two tokens: the initial marking is dead, although the siphon { p } is a marked
+  // trap.
+  WriteFile(
+      model.path() / "net.PD",
+      "DEFINITION_PARAMETERS: 0\nREWARD_MEASURES: 0\nPLACES: 2\nTRANSITIONS: 1\nPLACE p 1\nPLACE q\xff -1\n"
+      "TRANSITION t 1 SS EXP RE 0 0 0 0 0 0 0 0 INPARCS 2 1 p 0 1 p 0 OUTPARCS 2 1 p 0 1 p 0 INHARCS 0\n");
+  const Json answer = Json::parse(Netkit(model.path(), "check net --json").out);
+  EXPECT_EQ(answer["features"]["parallel_arcs"], 2);
+  EXPECT_EQ(answer["features"]["negative_markings"], 1);
+  EXPECT_EQ(answer["ordinary"], false);
+  EXPECT_EQ(Netkit(model.path(), "siphons net --json --unmarked").out,
+            R"({"net":"net","counts":{"places":2,"transitions":1,"siphons":1},"complete":true,"reason":null,)"
+            "\"siphons\":[{\"places\":[\"q\uFFFD\"],\"tokens\":-1}]}\n");
 }
 
 TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
@@ -127,10 +146,9 @@ TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
   const Json answer = Json::parse(Netkit(model.path(), "check net --json").out);
   EXPECT_EQ(answer["ordinary"], false);
   EXPECT_EQ(answer["conclusion"], "none: the condition decides for ordinary nets only");
-  EXPECT_EQ(
-      answer["features"],
-      Json::parse(R"({"weights":1,"marking_dependent_weights":2,"inhibitor_arcs":1,"enabling_functions":1,)"
-                  R"("priorities":5})"));
+  EXPECT_EQ(answer["features"],
+            Json::parse(R"({"weights":1,"marking_dependent_weights":2,"parallel_arcs":0,"inhibitor_arcs":1,)"
+                        R"("enabling_functions":1,"negative_markings":0,"priorities":5})"));
   EXPECT_EQ(answer["violations"].size(), 3u);
   for (const Json& violation : answer["violations"]) {
     EXPECT_FALSE(violation["places"].empty());
@@ -143,6 +161,7 @@ TEST_F(Ring, StopsAtTheTimeLimit) {
   EXPECT_EQ(outcome.status, 3);
   const Json answer = Json::parse(outcome.out);
   EXPECT_EQ(answer["complete"], false);
+  EXPECT_EQ(answer["reason"], "time limit");
   EXPECT_GT(answer["siphons"].size(), 0u);
   EXPECT_EQ(answer["siphons"].size(), answer["counts"]["siphons"]);
   EXPECT_EQ(outcome.err, "") << "no progress line without a terminal";
@@ -178,7 +197,8 @@ TEST_F(SmallRing, WrongUsageAndFailures) {
     EXPECT_EQ(outcome.out, "") << wrong;
     EXPECT_NE(outcome.err, "") << wrong;
   }
-  ExpectRowsOfThisTest({Run("traps net --containing nowhere"), Run("siphons net -o /dev/full")});
+  ExpectRowsOfThisTest(
+      {Run("traps net --containing nowhere"), Run("siphons net --max 0"), Run("siphons net -o /dev/full")});
   for (const char* command : {"siphons", "check", "list", "structure"}) {
     const Outcome full = RunProgram(ModelDirectory(model_.path()), "sh",
                                     std::string("-c '" NETKIT_PROGRAM " ") + command + " net >/dev/full'");

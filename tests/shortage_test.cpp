@@ -27,8 +27,7 @@ Outcome WithoutMemory(const std::function<void()>& run) {
     const rlimit none{1 << 20, RLIM_INFINITY};
     setrlimit(RLIMIT_AS, &none);
     for (size_t size = 1 << 20; size >= 16; size /= 2) {
-      while (std::malloc(size) != nullptr) {
-      }
+      for (void* volatile block = std::malloc(size); block != nullptr;) block = std::malloc(size);
     }
     run();
     _exit(0);

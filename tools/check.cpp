@@ -1,11 +1,13 @@
 // netkit check: whether every minimal siphon holds an initially marked trap (Commoner's condition), and what
 // follows for this net.
 //
-// In an ordinary net the empty places of a dead marking are a siphon: every transition lacks a token on one
-// of its input places. A siphon with a marked trap is never empty, so under the condition no dead marking is
-// reached (Hack 1972). The argument needs every transition that is not enabled to have an empty input place:
-// weights, inhibitor arcs and enabling functions break it. Priorities are counted with them: the condition
-// says nothing about which of the enabled transitions fire.
+// A marking is dead when it enables no transition. In an ordinary net the empty places of such a marking are
+// a siphon: every transition lacks a token on one of its input places. A siphon with a marked trap is never
+// empty, so under the condition no dead marking is reached (Hack 1972). The argument needs every transition
+// that is not enabled to have an empty input place, and places that are never below empty: weights (two arcs
+// between the same place and transition add up), inhibitor arcs, enabling functions and negative markings
+// break it. Priorities only choose among the enabled transitions; they are counted all the same, because the
+// condition is one about nets without them.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -27,10 +29,14 @@ struct Features {
   int32_t weights = 0;           ///< arcs with a weight other than 1
   int32_t markingDependent = 0;  ///< arcs with a marking-dependent weight
   int32_t inhibitors = 0;        ///< inhibitor arcs
+  int32_t parallel = 0;          ///< arcs beside another one between the same place and transition
   int32_t functions = 0;         ///< transitions with an enabling function
+  int32_t negative = 0;          ///< places with a negative initial marking
   int32_t priorities = 0;        ///< transitions with priority over others
 
-  bool None() const { return weights + markingDependent + inhibitors + functions + priorities == 0; }
+  bool None() const {
+    return weights + markingDependent + parallel + inhibitors + functions + negative + priorities == 0;
+  }
 };
 
 /// Immediate transitions go before timed ones, and among themselves by their priority.
@@ -50,6 +56,8 @@ Features FeaturesOfNet() {
         } else if (arcs[i].multiplicity != 1) {
           ++features.weights;
         }
+        const auto sharesPlace = [&](const NetArc& other) { return other.place == arcs[i].place; };
+        if (std::any_of(arcs, arcs + i, sharesPlace)) ++features.parallel;
       }
     };
     count(transition.inarcs, transition.ninarcs);
@@ -57,6 +65,8 @@ Features FeaturesOfNet() {
     features.inhibitors += transition.ninharcs;
     features.functions += transition.md_enable != nullptr ? 1 : 0;
   }
+  features.negative = static_cast<int32_t>(std::count_if(
+      places, places + no_places, [](const struct_place& place) { return place.init_mark < 0; }));
   std::vector<std::pair<bool, int32_t>> priorities;
   std::transform(transitions, transitions + no_trans, std::back_inserter(priorities), PriorityOf);
   if (!priorities.empty()) {
@@ -102,13 +112,16 @@ std::string TextOf(const CommonerResult& result, const Features& features, const
   text += std::string("Net: ") + (features.None() ? "ordinary" : "not ordinary") +
           "; weights other than 1: " + std::to_string(features.weights) +
           ", marking-dependent weights: " + std::to_string(features.markingDependent) +
+          ", parallel arcs: " + std::to_string(features.parallel) +
           ", inhibitor arcs: " + std::to_string(features.inhibitors) +
           ", enabling functions: " + std::to_string(features.functions) +
+          ", negative markings: " + std::to_string(features.negative) +
           ", transitions with priority: " + std::to_string(features.priorities) + "\n";
   return text + "Conclusion: " + ConclusionOf(answer, features) + "\n";
 }
 
-std::string JsonText(const std::string& net, const CommonerResult& result, const Features& features) {
+std::string JsonText(const std::string& net, const CommonerResult& result, const Features& features,
+                     const std::string& reason) {
   const Answer answer = AnswerOf(result);
   Json violations = Json::array();
   for (const CommonerViolation& violation : result.violations) {
@@ -119,13 +132,16 @@ std::string JsonText(const std::string& net, const CommonerResult& result, const
   return LineOf({{"net", net},
                  {"counts", {{"places", no_places}, {"transitions", no_trans}, {"siphons", result.siphons}}},
                  {"complete", result.complete},
+                 {"reason", ReasonOf(reason)},
                  {"condition", answer == Answer::kUnknown ? Json() : Json(answer == Answer::kYes)},
                  {"ordinary", features.None()},
                  {"features",
                   {{"weights", features.weights},
                    {"marking_dependent_weights", features.markingDependent},
+                   {"parallel_arcs", features.parallel},
                    {"inhibitor_arcs", features.inhibitors},
                    {"enabling_functions", features.functions},
+                   {"negative_markings", features.negative},
                    {"priorities", features.priorities}}},
                  {"conclusion", ConclusionOf(answer, features)},
                  {"violations", std::move(violations)}});
@@ -133,12 +149,13 @@ std::string JsonText(const std::string& net, const CommonerResult& result, const
 
 }  // namespace
 
-int32_t CheckCondition(const CheckOptions& options) {
+int32_t CheckCondition(const QuestionOptions& options) {
+  RunControl control(options.timeout, "siphons");
   read_net(NetPath(options.net).c_str());
+  TryOutput(options.output);
   std::vector<bool> marked;
   std::transform(places, places + no_places, std::back_inserter(marked),
                  [](const struct_place& place) { return place.init_mark > 0; });
-  RunControl control(options.timeout, "siphons");
   CommonerResult result = CheckCommoner(
       ArcSetsOfTables(), marked, [&control] { control.Count(); }, [&control] { return control.Stop(); });
   std::sort(result.violations.begin(), result.violations.end(),
@@ -147,7 +164,7 @@ int32_t CheckCondition(const CheckOptions& options) {
             });
   control.EndProgress();
   const Features features = FeaturesOfNet();
-  WriteAnswer(options.output, options.json ? JsonText(options.net, result, features)
+  WriteAnswer(options.output, options.json ? JsonText(options.net, result, features, control.Reason())
                                            : TextOf(result, features, control.Reason()));
   return result.complete ? kComplete : kIncomplete;
 }

@@ -15,26 +15,23 @@ enum ExitStatus : int32_t {
   kIncomplete = 3,  ///< stopped at a limit; what was found is written and marked
 };
 
-struct EnumerationOptions {
-  std::string net;
-  std::string output;                   ///< empty: standard output
-  std::vector<std::string> containing;  ///< place names
-  bool unmarked = false;
-  bool json = false;
-  bool traps = false;
-  int64_t max = 0;     ///< 0: all
-  double timeout = 0;  ///< seconds; 0: none
-};
-
-int32_t ListMinimalSets(const EnumerationOptions& options);
-
-struct CheckOptions {
+/// What all questions have.
+struct QuestionOptions {
   std::string net;
   std::string output;  ///< empty: standard output
   bool json = false;
   double timeout = 0;  ///< seconds; 0: none
 };
 
-int32_t CheckCondition(const CheckOptions& options);
+struct EnumerationOptions : QuestionOptions {
+  std::vector<std::string> containing;  ///< place names
+  bool unmarked = false;
+  bool traps = false;
+  int64_t max = 0;  ///< 0: all
+};
+
+int32_t ListMinimalSets(const EnumerationOptions& options);
+
+int32_t CheckCondition(const QuestionOptions& options);
 
 }  // namespace siphons

@@ -28,7 +28,7 @@ std::optional<int32_t> PlaceOfName(const std::string& name) {
 PlaceList UnmarkedPlaces() {
   PlaceList unmarked;
   for (int32_t p = 0; p < no_places; ++p) {
-    if (places[p].init_mark == 0) unmarked.push_back(p);
+    if (places[p].init_mark <= 0) unmarked.push_back(p);
   }
   return unmarked;
 }
@@ -41,18 +41,21 @@ std::string TextOf(const char* kind, const std::vector<PlaceList>& sets, const s
 }
 
 std::string JsonText(const std::string& net, const char* kind, const std::vector<PlaceList>& sets,
-                     bool complete) {
+                     bool complete, const std::string& reason) {
   Json list = Json::array();
   for (const PlaceList& set : sets) list.push_back(JsonOf(set));
   return LineOf({{"net", net},
                  {"counts", {{"places", no_places}, {"transitions", no_trans}, {kind, sets.size()}}},
                  {"complete", complete},
+                 {"reason", ReasonOf(reason)},
                  {kind, std::move(list)}});
 }
 
 }  // namespace
 
 int32_t ListMinimalSets(const EnumerationOptions& options) {
+  const char* const kind = options.traps ? "traps" : "siphons";
+  RunControl control(options.timeout, kind);
   read_net(NetPath(options.net).c_str());
   const ArcSets arcs = options.traps ? Reversed(ArcSetsOfTables()) : ArcSetsOfTables();
   SiphonQuery query{options.unmarked ? UnmarkedPlaces() : AllPlaces(arcs), {}};
@@ -65,8 +68,8 @@ int32_t ListMinimalSets(const EnumerationOptions& options) {
     query.containing.push_back(*place);
   }
 
-  const char* const kind = options.traps ? "traps" : "siphons";
-  RunControl control(options.timeout, kind);
+  TryOutput(options.output);
+
   std::vector<PlaceList> sets;
   const auto take = [&](std::span<const int32_t> set) {
     if (options.max > 0 && static_cast<int64_t>(sets.size()) == options.max) {
@@ -80,8 +83,8 @@ int32_t ListMinimalSets(const EnumerationOptions& options) {
   const bool complete = ForEachMinimalSiphon(arcs, query, take, [&control] { return control.Stop(); });
   std::sort(sets.begin(), sets.end(), ShorterOrEarlier);
   control.EndProgress();
-  WriteAnswer(options.output, options.json ? JsonText(options.net, kind, sets, complete)
-                                           : TextOf(kind, sets, complete ? "" : control.Reason()));
+  WriteAnswer(options.output, options.json ? JsonText(options.net, kind, sets, complete, control.Reason())
+                                           : TextOf(kind, sets, control.Reason()));
   return complete ? kComplete : kIncomplete;
 }
 

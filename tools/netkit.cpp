@@ -71,38 +71,44 @@ void Structure(const Options& options) {
   WriteAnswer(options.output, StructureText());
 }
 
+/// Says what is wrong with a time limit, or nothing.
+std::string IsDuration(const std::string& text) {
+  constexpr double kLongest = 1e9;
+  const double seconds = std::strtod(text.c_str(), nullptr);
+  return seconds > 0 && seconds <= kLongest ? "" : "a positive number of seconds is wanted";
+}
+
 /// The options that all questions about siphons have.
-template <typename Questions>
-CLI::App* AddQuestion(CLI::App& app, const char* name, const char* description, Questions& options) {
+CLI::App* AddQuestion(CLI::App& app, const char* name, const char* description, QuestionOptions& options) {
   CLI::App* const command = app.add_subcommand(name, description);
   command->add_option("NET", options.net, "name of the net, without extension")->required();
   command->add_option("--timeout", options.timeout, "stop after this time")
-      ->check(CLI::PositiveNumber)
+      ->check(IsDuration)
       ->type_name("SECONDS");
   command->add_flag("--json", options.json, "write JSON");
   command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
       ->type_name("FILE");
   command->footer(
       "Exit status: 0 complete, 1 the net cannot be read or the answer not be written, 2 wrong usage, "
-      "3 stopped at a limit or interrupted; what was found is written then, too.");
+      "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
   return command;
 }
 
-void AddMinimalSets(CLI::App& app, const std::string& kind, const char* description,
-                    EnumerationOptions& options, int32_t& status) {
-  CLI::App* const command = AddQuestion(app, kind.c_str(), description, options);
+void AddMinimalSets(CLI::App& app, bool traps, EnumerationOptions& options, int32_t& status) {
+  CLI::App* const command = traps ? AddQuestion(app, "traps", "List all minimal traps", options)
+                                  : AddQuestion(app, "siphons", "List all minimal siphons", options);
   command->add_flag("--unmarked", options.unmarked, "only those whose places are all unmarked initially");
   command->add_option("--containing", options.containing, "only those that contain PLACE; may be repeated")
       ->type_name("PLACE")
       ->allow_extra_args(false);
   command->add_option("--max", options.max, "stop after N")->check(CLI::PositiveNumber)->type_name("N");
-  command->callback([&options, &status, kind] {
-    options.traps = kind == "traps";
+  command->callback([&options, &status, traps] {
+    options.traps = traps;
     status = ListMinimalSets(options);
   });
 }
 
-void AddCheck(CLI::App& app, CheckOptions& options, int32_t& status) {
+void AddCheck(CLI::App& app, QuestionOptions& options, int32_t& status) {
   CLI::App* const command =
       AddQuestion(app, "check", "Tell whether every minimal siphon holds an initially marked trap", options);
   command->callback([&options, &status] { status = CheckCondition(options); });
@@ -114,7 +120,8 @@ void AddCheck(CLI::App& app, CheckOptions& options, int32_t& status) {
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   CLI::App app(
       "Listings, structural analysis, minimal siphons and traps of stochastic Petri nets.\n"
-      "NET.PD and NET.DEFINFO are read from the directory named by the environment variable MODELDIR.",
+      "NET.PD is read from the directory named by the environment variable MODELDIR; structure reads "
+      "NET.DEFINFO, too.",
       "netkit");
   app.set_version_flag("--version", "netkit " NETKIT_VERSION);
   app.require_subcommand(1);
@@ -135,9 +142,8 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   structure->add_flag("--summary", options.summary, "sum the subnets up on standard output")->needs(output);
   int32_t status = kComplete;
   EnumerationOptions sets;
-  CheckOptions check;
-  AddMinimalSets(app, "siphons", "List all minimal siphons", sets, status);
-  AddMinimalSets(app, "traps", "List all minimal traps", sets, status);
+  QuestionOptions check;
+  for (const bool traps : {false, true}) AddMinimalSets(app, traps, sets, status);
   AddCheck(app, check, status);
   try {
     app.parse(argc, argv);

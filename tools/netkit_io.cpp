@@ -29,6 +29,12 @@ bool WriteFile(const char* file, const std::string& text) {
   return false;
 }
 
+[[noreturn]] void TellUnwritable(const std::string& file) {
+  std::fprintf(stderr, "ERROR: could not open %s for writing\n",
+               file.empty() ? "standard output" : file.c_str());
+  EndProcess(kFailure);
+}
+
 }  // namespace
 
 std::string NetPath(const std::string& net) {
@@ -62,15 +68,24 @@ Json JsonOf(const PlaceList& set) {
   return {{"places", std::move(names)}, {"tokens", TokensOf(set)}};
 }
 
+Json ReasonOf(const std::string& reason) {
+  return reason.empty() ? Json() : Json(reason);
+}
+
 std::string LineOf(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+void TryOutput(const std::string& file) {
+  if (file.empty()) return;
+  std::FILE* const stream = std::fopen(file.c_str(), "a");
+  if (stream == nullptr) TellUnwritable(file);
+  std::fclose(stream);
+}
+
 void WriteAnswer(const std::string& file, const std::string& text) {
   if (file.empty() ? Write(stdout, text) : WriteFile(file.c_str(), text)) return;
-  std::fprintf(stderr, "ERROR: could not open %s for writing\n",
-               file.empty() ? "standard output" : file.c_str());
-  EndProcess(kFailure);
+  TellUnwritable(file);
 }
 
 }  // namespace siphons

@@ -28,8 +28,15 @@ bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
 /// Places (names) and tokens of a set.
 Json JsonOf(const PlaceList& set);
 
+/// Why an answer is incomplete, or null.
+Json ReasonOf(const std::string& reason);
+
 /// One line of JSON; what is not UTF-8 in a name is replaced.
 std::string LineOf(const Json& json);
+
+/// Ends the process as WriteAnswer does when the file cannot be opened for writing, which is better known
+/// before a long run. What it holds stays.
+void TryOutput(const std::string& file);
 
 /// Writes a text to the file, or to standard output for an empty name. When it cannot be written whole, ends
 /// the process with status 1 after "ERROR: could not open %s for writing\n" on standard error; the file is

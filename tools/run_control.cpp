@@ -12,17 +12,18 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-void Interrupt(int signal) {
+void Interrupt(int) {
   interrupted = 1;
-  std::signal(signal, SIG_DFL);
+  for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, SIG_DFL);
 }
 
 }  // namespace
 
 RunControl::RunControl(double seconds, std::string what)
     : seconds_(seconds), what_(std::move(what)), onTerminal_(isatty(STDERR_FILENO) == 1) {
-  std::signal(SIGINT, Interrupt);
-  std::signal(SIGTERM, Interrupt);
+  for (const int signal : {SIGINT, SIGTERM}) {
+    if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
 }
 
 void RunControl::EndProgress() {

@@ -10,8 +10,8 @@ namespace siphons {
 
 class RunControl {
  public:
-  /// Takes over SIGINT and SIGTERM until the process ends: the first one stops the run, the next one ends the
-  /// process. `seconds` is the time limit, 0 for none; `what` is being counted.
+  /// Takes over SIGINT and SIGTERM, unless they are ignored, until the process ends: the first one stops the
+  /// run, the next one ends the process. `seconds` is the time limit, 0 for none; `what` is being counted.
   RunControl(double seconds, std::string what);
 
   void Count() { ++count_; }
