@@ -1,8 +1,4 @@
 // The program at the edge of what the system gives it: memory, disk, paths, and a user who interrupts it.
-#include <unistd.h>
-
-#include <csignal>
-
 #include "tests/program.h"
 
 namespace siphons {
@@ -149,25 +145,6 @@ TEST(Limits, PathsOfTheModelDirectory) {
   EXPECT_EQ(tooLong.err.find("text too long for its buffer of 512 characters: "), 0u);
 }
 
-/// Sends the signal once the process holds 16 MB, which no reader of a small file needs; false when it ends
-/// before.
-bool SignalDuringSolve(pid_t process, int signal, int* status) {
-  const std::string statistics = "/proc/" + std::to_string(process) + "/statm";
-  const long page = sysconf(_SC_PAGESIZE);
-  while (waitpid(process, status, WNOHANG) == 0) {
-    long size = 0, resident = 0;
-    std::istringstream(ReadFile(statistics).value_or("")) >> size >> resident;
-    if (resident * page < 16 << 20) {
-      usleep(1000);
-      continue;
-    }
-    kill(process, signal);
-    waitpid(process, status, 0);
-    return true;
-  }
-  return false;
-}
-
 TEST(Limits, AnInterruptedSolveLeavesTheOldReport) {
   const std::string old = "Calculation of Siphons:\nold\n";
   for (const int signal : {SIGINT, SIGTERM}) {
@@ -176,15 +153,7 @@ TEST(Limits, AnInterruptedSolveLeavesTheOldReport) {
       const fs::path report = model.path() / "net.siphons";
       WriteNet(model.path(), ChoicesNet(12));
       if (hasOld) WriteFile(report, old);
-      const pid_t process = fork();
-      if (process == 0) {
-        setenv("MODELDIR", model.path().c_str(), 1);
-        execl(SIPHONS_PROGRAM, SIPHONS_PROGRAM, "net", nullptr);
-        _exit(1);
-      }
-      int status = 0;
-      EXPECT_TRUE(SignalDuringSolve(process, signal, &status)) << "ended by itself";
-      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+      EXPECT_EQ(SignalAtWork(model.path(), {SIPHONS_PROGRAM, "net"}, signal), -signal);
       EXPECT_EQ(ReadFile(report), hasOld ? std::optional(old) : std::nullopt);
     }
   }

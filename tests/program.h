@@ -2,12 +2,19 @@
 #pragma once
 
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 
 #include "tests/messages.h"
 
 namespace siphons {
+
+/// Outcome::status of what waitpid tells.
+inline int StatusOf(int status) {
+  return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
 
 /// Runs "<environment> <program> <arguments>" through the shell.
 inline Outcome RunProgram(const std::string& environment, const std::string& program,
@@ -17,8 +24,45 @@ inline Outcome RunProgram(const std::string& environment, const std::string& pro
   const std::string command = "exec env " + environment + " '" + program + "' " + arguments + " >'" +
                               out.string() + "' 2>'" + err.string() + "'";
   const int status = std::system(command.c_str());
-  return {ReadFile(out).value_or(""), ReadFile(err).value_or(""),
-          WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status)};
+  return {ReadFile(out).value_or(""), ReadFile(err).value_or(""), StatusOf(status)};
+}
+
+/// Memory that only a program at work has, not one that starts or reads a small file.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr int kMegabytesAtWork = 40;
+#else
+inline constexpr int kMegabytesAtWork = 12;
+#endif
+
+/// Runs a command on a model directory and sends it the signal once it is at work. Returns how it ended, as
+/// Outcome::status tells it; a failure when it ends by itself.
+inline int SignalAtWork(const fs::path& model, std::vector<const char*> command, int signal) {
+  const pid_t process = fork();
+  if (process == 0) {
+    setenv("MODELDIR", model.c_str(), 1);
+    command.push_back(nullptr);
+    execv(command[0], const_cast<char* const*>(command.data()));
+    _exit(1);
+  }
+  const fs::path about = "/proc/" + std::to_string(process);
+  const long page = sysconf(_SC_PAGESIZE);
+  int status = 0;
+  bool sent = false;
+  while (!sent && waitpid(process, &status, WNOHANG) == 0) {
+    // First whether it runs already: until then the numbers are those of this process.
+    std::error_code none;
+    const bool started = fs::read_symlink(about / "exe", none) == fs::canonical(command[0]);
+    long size = 0, resident = 0;
+    std::istringstream(ReadFile(about / "statm").value_or("")) >> size >> resident;
+    sent = started && resident * page >= kMegabytesAtWork << 20;
+    if (!sent) usleep(1000);
+  }
+  EXPECT_TRUE(sent) << "ended by itself";
+  if (sent) {
+    kill(process, signal);
+    waitpid(process, &status, 0);
+  }
+  return StatusOf(status);
 }
 
 inline std::string ModelDirectory(const fs::path& model) {
