@@ -36,12 +36,14 @@ inline constexpr int kMegabytesAtWork = 12;
 
 /// Runs a command on a model directory and sends it the signal once it is at work. Returns how it ended, as
 /// Outcome::status tells it; a failure when it ends by itself.
-inline int SignalAtWork(const fs::path& model, std::vector<const char*> command, int signal) {
+inline int SignalAtWork(const fs::path& model, std::vector<std::string> command, int signal) {
   const pid_t process = fork();
   if (process == 0) {
     setenv("MODELDIR", model.c_str(), 1);
-    command.push_back(nullptr);
-    execv(command[0], const_cast<char* const*>(command.data()));
+    std::vector<char*> arguments;
+    for (std::string& argument : command) arguments.push_back(argument.data());
+    arguments.push_back(nullptr);
+    execv(arguments[0], arguments.data());
     _exit(1);
   }
   const fs::path about = "/proc/" + std::to_string(process);
