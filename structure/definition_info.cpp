@@ -3,7 +3,8 @@
 // The file is a sequence of words. Labels may be any word; a word that is no number reads as 0. At the end of
 // the file every further read yields the last word again, so a short file is read as if that word went on for
 // ever. Counts come from the file and may be huge; once it has ended nothing new can come, and the loops
-// below stop as soon as what they would still do has been done.
+// below stop as soon as what they would still do has been done. So md_arcs holds one of the records that
+// repeat, and no_md_arcs counts it once.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -101,14 +102,9 @@ void ReadArcs(InfoReader& reader) {
   reader.Label();
   no_md_arcs = reader.Number();
   md_arcs = NewTable<md_arc_def>(no_md_arcs);
-  bool repeats = false;  // the record before was read wholly behind the end: all others are the same
   for (int32_t i = 0; i < no_md_arcs; ++i) {
     md_arc_def& arc = md_arcs[i];
-    if (repeats) {
-      arc = md_arcs[i - 1];
-      continue;
-    }
-    repeats = reader.Ended();
+    if (reader.Ended()) no_md_arcs = i + 1;
     reader.Label();
     arc.func = reader.Number();
     arc.kind = static_cast<ArcKind>(reader.Number());
