@@ -7,6 +7,7 @@
 
 #include "driver/siphondisplay.h"
 #include "matrix/out_of_memory.h"
+#include "net/output_file.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ void KeepFreedMemory() {
 
 int main(int argc, char** argv) {
   KeepFreedMemory();
+  siphons::IgnoreFileSizeSignal();
   try {
     return siphons::RunSiphons(argc, argv);
   } catch (const std::bad_alloc&) {

@@ -1,22 +1,24 @@
 // The siphon report. Place names are format text: "%%" writes "%", and every other conversion takes zero for
-// the argument that it does not have, so that a strange name can only spoil its own place in the report.
+// the argument that it does not have, so that a strange name can only spoil its own place in the report. The
+// names are formatted before the report is opened: one that is too long leaves an older report as it is.
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <string>
+#include <vector>
 
 #include "driver/siphondisplay.h"
+#include "net/bounded_text.h"
+#include "net/output_file.h"
 #include "structure/struct_vars.h"
 
 namespace siphons {
 
 namespace {
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OwnedFile = std::unique_ptr<std::FILE, FileCloser>;
+/// What one conversion gives, with its end: C promises no more, and a width may be a billion.
+constexpr size_t kConversionBuffer = 4096;
 
 /// A conversion of a format text, from its '%' on.
 struct Conversion {
@@ -42,54 +44,82 @@ Conversion ParseConversion(const char* text) {
   return {format + letter, letter, static_cast<size_t>(at - text)};
 }
 
-/// Writes a conversion with zero for its argument.
-void WriteConversion(std::FILE* file, const Conversion& conversion) {
-  const char* const format = conversion.format.c_str();
-  if (conversion.letter == '\0' || conversion.letter == 'n') return;
-  if (conversion.letter == 'm') {
-    errno = 0;
-    std::fprintf(file, format, nullptr);
-  } else if (std::strchr("bBdiouxXcC", conversion.letter) != nullptr) {
-    std::fprintf(file, format, 0);
-  } else if (std::strchr("eEfFgGaA", conversion.letter) != nullptr) {
-    std::fprintf(file, format, 0.0);
-  } else if (conversion.letter == 's') {
-    std::fprintf(file, format, "");
-  } else if (conversion.letter == 'S') {
-    std::fprintf(file, format, L"");
-  } else if (conversion.letter == 'p') {
-    std::fprintf(file, format, nullptr);
-  } else if (conversion.letter == '%') {
-    std::fputc('%', file);
-  } else {
-    std::fputs(format, file);
+/// Whether a width or a precision has more digits than can fit.
+bool IsTooWide(const std::string& format) {
+  size_t digits = 0;
+  for (const char c : format) {
+    const bool counts = c >= (digits > 0 ? '0' : '1') && c <= '9';
+    digits = counts ? digits + 1 : 0;
+    if (digits > 4) return true;
   }
+  return false;
 }
 
-void WriteName(std::FILE* file, const char* name) {
-  while (*name != '\0') {
+/// The text of a conversion with zero for its argument.
+std::string Converted(const Conversion& conversion) {
+  const char* const format = conversion.format.c_str();
+  if (conversion.letter == '\0' || conversion.letter == 'n') return "";
+  if (conversion.letter == '%') return "%";
+  if (std::strchr("mbBdiouxXcCeEfFgGaAsSp", conversion.letter) == nullptr) return format;
+  if (IsTooWide(conversion.format)) TextTooLong(kConversionBuffer, format);
+  std::array<char, kConversionBuffer> text;
+  size_t length;
+  if (conversion.letter == 'm') {
+    errno = 0;
+    length = FormatBounded(text, format, nullptr);
+  } else if (std::strchr("eEfFgGaA", conversion.letter) != nullptr) {
+    length = FormatBounded(text, format, 0.0);
+  } else if (conversion.letter == 's') {
+    length = FormatBounded(text, format, "");
+  } else if (conversion.letter == 'S') {
+    length = FormatBounded(text, format, L"");
+  } else if (conversion.letter == 'p') {
+    length = FormatBounded(text, format, nullptr);
+  } else {
+    length = FormatBounded(text, format, 0);
+  }
+  return {text.data(), length};
+}
+
+std::string FormattedName(const char* name) {
+  std::string formatted;
+  while (true) {
     const size_t plain = std::strcspn(name, "%");
-    std::fwrite(name, 1, plain, file);
+    formatted.append(name, plain);
     name += plain;
-    if (*name == '\0') break;
+    if (*name == '\0') return formatted;
     const Conversion conversion = ParseConversion(name);
-    WriteConversion(file, conversion);
+    formatted += Converted(conversion);
     name += conversion.length;
   }
 }
 
-void WriteSiphon(std::FILE* file, const int32_t* members, int32_t marking) {
+/// The formatted names of the places that are in a siphon; the others stay empty.
+std::vector<std::string> FormattedNames(const Report& report) {
+  std::vector<std::string> names(static_cast<size_t>(no_places));
+  for (size_t p = 0; p < names.size(); ++p) {
+    for (int32_t r = 0; r < report.siphonCount; ++r) {
+      if (report.siphons->p[r][p] == 0) continue;
+      names[p] = FormattedName(places[p].name);
+      break;
+    }
+  }
+  return names;
+}
+
+void WriteSiphon(std::FILE* file, const std::vector<std::string>& names, const int32_t* members,
+                 int32_t marking) {
   std::fprintf(file, "MARKING: %4i ", marking);
   std::fputs("{ ", file);
-  for (int32_t p = 0; p < no_places; ++p) {
+  for (size_t p = 0; p < names.size(); ++p) {
     if (members[p] == 0) continue;
-    WriteName(file, places[p].name);
+    std::fwrite(names[p].data(), 1, names[p].size(), file);
     std::fputc(' ', file);
   }
   std::fputs("}\n", file);
 }
 
-void WriteText(std::FILE* file, const Report& report) {
+void WriteText(std::FILE* file, const Report& report, const std::vector<std::string>& names) {
   std::fputs("Calculation of Siphons:\n", file);
   std::fprintf(file, "Time passed with computation: %8.2f s\n", report.seconds);
   if (report.siphonCount == 0) {
@@ -98,21 +128,15 @@ void WriteText(std::FILE* file, const Report& report) {
   }
   std::fprintf(file, "No. of siphons = %i \n", report.siphonCount);
   for (int32_t r = 0; r < report.siphonCount; ++r) {
-    WriteSiphon(file, report.siphons->p[r], report.markings->p[r][0]);
+    WriteSiphon(file, names, report.siphons->p[r], report.markings->p[r][0]);
   }
 }
 
 }  // namespace
 
 bool WriteReport(const char* path, const Report& report) {
-  OwnedFile file(std::fopen(path, "w"));
-  if (file == nullptr) return false;
-  WriteText(file.get(), report);
-  const bool written = std::ferror(file.get()) == 0;
-  const bool closed = std::fclose(file.release()) == 0;
-  if (written && closed) return true;
-  file.reset(std::fopen(path, "w"));
-  return false;
+  const std::vector<std::string> names = FormattedNames(report);
+  return WriteWholeFile(path, [&](std::FILE* file) { WriteText(file, report, names); });
 }
 
 }  // namespace siphons

@@ -16,7 +16,8 @@ struct Report {
 };
 
 /// Writes the report, naming the places of the structural table. False when it cannot be opened or written
-/// whole; then nothing is left in it.
+/// whole; then nothing is left in it. A conversion in a name that gives more than 4095 characters ends the
+/// process before.
 bool WriteReport(const char* path, const Report& report);
 
 /// Runs the command; argv[1] is the net, further arguments are ignored. Returns the exit status or ends the

@@ -13,6 +13,7 @@
 #include "net/bounded_text.h"
 #include "net/load_net.h"
 #include "net/memory.h"
+#include "net/output_file.h"
 #include "structure/sparse.h"
 #include "structure/struct_vars.h"
 
@@ -155,14 +156,14 @@ int32_t config_arcs(const Net& net, int32_t t, int32_t which) {
 void generate_pmf(const char* path, const Net& net) {
   std::array<char, 256> name;
   FormatBounded(name, "%s.pmf", path);
-  std::ofstream file(name.data());
-  for (int32_t t = 0; t < net.ntrans; ++t) {
-    const NetTransition& transition = net.transitions[t];
-    if (transition.type != kGeneral) continue;
-    file << "TRANSITION " << NameOf(transition.name) << "\n" << NameOf(transition.delay.text) << "\n\n";
-  }
-  file.close();
-  if (!file) {
+  const auto write = [&net](std::FILE* file) {
+    for (int32_t t = 0; t < net.ntrans; ++t) {
+      const NetTransition& transition = net.transitions[t];
+      if (transition.type != kGeneral) continue;
+      std::fprintf(file, "TRANSITION %s\n%s\n\n", NameOf(transition.name), NameOf(transition.delay.text));
+    }
+  };
+  if (!WriteWholeFile(name.data(), write)) {
     std::printf("ERROR: unable to create file '%s'\n", name.data());
     EndProcess(1);
   }

@@ -24,7 +24,8 @@ int32_t config_net(const Net& net);
 int32_t config_arcs(const Net& net, int32_t t, int32_t which);
 
 /// Writes "<path>.pmf": the definition of every general transition. Ends the process with status 1 after
-/// "ERROR: unable to create file '%s'\n" on standard output when it cannot be written.
+/// "ERROR: unable to create file '%s'\n" on standard output when it cannot be written;
+/// it is then left empty.
 void generate_pmf(const char* path, const Net& net);
 
 /// Reads the definition info file into md_arcs, the arc rows and the transitions. An arc record of unknown

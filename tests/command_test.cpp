@@ -55,5 +55,21 @@ TEST(Command, NamesAreFormatTextWithZeroForEveryArgument) {
                       std::string("\0\0.", 3), "(nil)Success.", "end"}));
 }
 
+TEST(Command, ANameOfBillionsOfCharactersEndsTheProcess) {
+  const TemporaryDirectory model;
+  const fs::path report = model.path() / "net.siphons";
+  for (const char* name : {"%4096d", "%.4094f", "x%.500000000e", "%2147483647s", "%099999999999d"}) {
+    WriteFile(report, "old");
+    WriteNet(model.path(), {"plain", name});
+    const Outcome outcome = RunNet(model.path());
+    EXPECT_EQ(outcome.status, -SIGABRT) << name;
+    EXPECT_EQ(outcome.err.find("text too long for its buffer of 4096 characters: "), 0u) << outcome.err;
+    EXPECT_EQ(ReadFile(report), "old");
+  }
+  WriteNet(model.path(), {"%04095d", "%%99999d"});
+  EXPECT_EQ(RunNet(model.path()).status, 0);
+  EXPECT_EQ(MaskedReport(report), ReportOf({std::string(4095, '0'), "%99999d"}));
+}
+
 }  // namespace
 }  // namespace siphons

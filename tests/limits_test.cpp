@@ -105,6 +105,63 @@ TEST(Limits, AReportThatCannotBeWrittenIsNotLeft) {
   ExpectRowsOfThisTest({full});
 }
 
+TEST(Limits, MemoryOfNetkit) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer's shadow needs terabytes of addresses";
+#endif
+  const TemporaryDirectory model;
+  WriteNet(model.path(), ChoicesNet(800));
+  const fs::path file = model.path() / "answer";
+  const struct {
+    std::string command;
+    int step;
+  } runs[] = {{"structure net", 50}, {"siphons net --max 50", 1000}};
+  for (const auto& [command, step] : runs) {
+    const std::string arguments = command + " -o '" + file.string() + "'";
+    RunProgram(ModelDirectory(model.path()), NETKIT_PROGRAM, arguments);
+    const std::string whole = ReadFile(file).value_or("");
+    ASSERT_GT(whole.size(), 10000u);
+    int complete = 0;
+    for (int kilobytes = 5000; complete < 3 && kilobytes < 100000; kilobytes += step) {
+      SCOPED_TRACE(command + " " + std::to_string(kilobytes));
+      fs::remove(file);
+      const std::string limit = " prlimit --as=" + std::to_string(int64_t{kilobytes} << 10);
+      const Outcome outcome = RunProgram(ModelDirectory(model.path()) + limit, NETKIT_PROGRAM, arguments);
+      const std::string written = ReadFile(file).value_or("");
+      if (outcome.status == 0 || outcome.status == 3) {
+        EXPECT_TRUE(written == whole) << written.size() << " of " << whole.size() << " characters";
+        ++complete;
+      } else {
+        EXPECT_EQ(written, "");
+        EXPECT_TRUE((outcome.status == 255 && outcome.err.starts_with("Unable to malloc ")) ||
+                    outcome.status == 127)
+            << outcome.status << outcome.err;
+      }
+    }
+    EXPECT_EQ(complete, 3);
+  }
+}
+
+TEST(Limits, AFileThatGrowsTooLargeIsEmptied) {
+  const TemporaryDirectory model;
+  std::string net = ChoicesNet(6);
+  net.replace(net.find("EXP"), 3, "GEN");
+  WriteNet(model.path(), net + "GEN_DELAY usea0 " + std::string(2000, '1') + "\n");
+  const auto expectFailure = [&](const char* file, const char* program, const std::string& arguments) {
+    const fs::path path = model.path() / file;
+    EXPECT_EQ(RunProgram(ModelDirectory(model.path()), program, arguments).status, 0);
+    EXPECT_GT(ReadFile(path).value_or("").size(), 1500u);
+    const Outcome outcome =
+        RunProgram(ModelDirectory(model.path()) + " prlimit --fsize=1000", program, arguments);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ((outcome.out + outcome.err).find("ERROR: "), 0u);
+    EXPECT_EQ(ReadFile(path), "") << path;
+  };
+  expectFailure("net.siphons", SIPHONS_PROGRAM, "net");
+  expectFailure("net.pmf", NETKIT_PROGRAM, "pmf net");
+  expectFailure("answer", NETKIT_PROGRAM, "structure net -o '" + (model.path() / "answer").string() + "'");
+}
+
 TEST(Limits, ADirectoryIsNoEmptyFile) {
   for (const char* file : {"net.PD", "net.DEFINFO"}) {
     const TemporaryDirectory model;

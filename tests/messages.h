@@ -7,6 +7,7 @@
 
 #include <fnmatch.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <csignal>
@@ -24,6 +25,11 @@ struct Outcome {
   std::string err;
   int status;  ///< exit status, or minus the signal that ended the program
 };
+
+/// Outcome::status of what waitpid tells.
+inline int StatusOf(int status) {
+  return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
 
 struct MessageRow {
   std::string message, stream, then, test;

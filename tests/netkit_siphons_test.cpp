@@ -193,8 +193,9 @@ TEST_F(Ring, ShowsProgressOnATerminal) {
 }
 
 TEST_F(SmallRing, WrongUsageAndFailures) {
-  for (const char* wrong : {"siphons", "siphons net --max 0", "siphons net --timeout x",
-                            "check net --unmarked", "traps net --containing nowhere"}) {
+  for (const char* wrong :
+       {"siphons", "siphons net --max 0", "siphons net --max 010", "siphons net --max 9999999999999999999",
+        "siphons net --timeout 5x", "check net --unmarked", "traps net --containing nowhere"}) {
     const Outcome outcome = Run(wrong);
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_EQ(outcome.out, "") << wrong;
@@ -202,9 +203,10 @@ TEST_F(SmallRing, WrongUsageAndFailures) {
   }
   ExpectRowsOfThisTest(
       {Run("traps net --containing nowhere"), Run("siphons net --max 0"), Run("siphons net -o /dev/full")});
-  for (const char* command : {"siphons", "check", "list", "structure"}) {
+  for (const char* command : {"siphons net", "check net", "list net", "structure net",
+                              "structure net --summary -o answer", "traps --help"}) {
     const Outcome full = RunProgram(ModelDirectory(model_.path()), "sh",
-                                    std::string("-c '" NETKIT_PROGRAM " ") + command + " net >/dev/full'");
+                                    std::string("-c '" NETKIT_PROGRAM " ") + command + " >/dev/full'");
     EXPECT_EQ(full.status, 1) << command;
     EXPECT_NE(full.err.find("ERROR: could not open standard output for writing\n"), std::string::npos)
         << command;

@@ -56,7 +56,8 @@ TEST(Netkit, ReadsWhatSiphonsReads) {
 TEST(Netkit, Usage) {
   const fs::path nowhere = "/no/such/directory";
   std::vector<Outcome> outcomes;
-  for (const char* wrong : {"", "list", "frob net", "structure net --summary", "list net --frob"}) {
+  for (const char* wrong : {"", "list", "frob net", "structure net --summary", "list net --frob",
+                            "list net more arguments", "siphons net --unmarked=maybe"}) {
     const Outcome& outcome = outcomes.emplace_back(Netkit(nowhere, wrong));
     EXPECT_EQ(outcome.status, 2) << wrong;
     EXPECT_EQ(outcome.out, "") << wrong;

@@ -1,7 +1,6 @@
 // Running the program on a model directory, as a user does.
 #pragma once
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -10,11 +9,6 @@
 #include "tests/messages.h"
 
 namespace siphons {
-
-/// Outcome::status of what waitpid tells.
-inline int StatusOf(int status) {
-  return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
-}
 
 /// Runs "<environment> <program> <arguments>" through the shell.
 inline Outcome RunProgram(const std::string& environment, const std::string& program,

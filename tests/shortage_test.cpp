@@ -1,7 +1,6 @@
 // What single tables tell when they find no memory, which a run meets by chance only. Each in a process of
 // its own.
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <functional>
@@ -34,7 +33,7 @@ Outcome WithoutMemory(const std::function<void()>& run) {
   }
   int status = 0;
   waitpid(child, &status, 0);
-  return {*ReadFile(out), *ReadFile(err), WEXITSTATUS(status)};
+  return {*ReadFile(out), *ReadFile(err), StatusOf(status)};
 }
 
 TEST(Shortage, IsTold) {
@@ -45,8 +44,12 @@ TEST(Shortage, IsTold) {
   Matrix* m = ZeroMatrix(2, 2);
   LLElement* last = nullptr;
   ExpectRowsOfThisTest({WithoutMemory([&] { nRealloc(block, 1 << 30); }),
-                        WithoutMemory([] { nStrdup("name"); }), WithoutMemory([&] { ResizeRows(&m, 1000); }),
-                        WithoutMemory([&] { CreateLLElement(&last); })});
+                        WithoutMemory([] { nStrdup("name"); }), WithoutMemory([&] {
+                          if (ResizeRows(&m, 1000) != 2 || m->NbRows != 2) std::abort();
+                        }),
+                        WithoutMemory([&] {
+                          if (CreateLLElement(&last) != 2 || last != nullptr) std::abort();
+                        })});
   Free(block);
   FreeMat(m);
 }

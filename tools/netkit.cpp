@@ -20,6 +20,7 @@ namespace {
 
 #include "driver/model_files.h"
 #include "net/load_net.h"
+#include "net/output_file.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_subnet.h"
@@ -48,18 +49,6 @@ void WritePmf(const Options& options) {
   read_net(NetPath(options.net).c_str());
 }
 
-std::string StructureText() {
-  char* text = nullptr;
-  size_t length = 0;
-  std::FILE* const stream = open_memstream(&text, &length);
-  if (stream == nullptr) OutOfMemory();
-  subnet_output(stream);
-  if (std::fclose(stream) != 0) OutOfMemory();
-  std::string result(text, length);
-  std::free(text);
-  return result;
-}
-
 void Structure(const Options& options) {
   const std::string path = NetPath(options.net);
   OpenDefinitionInfo(path.c_str());
@@ -68,14 +57,24 @@ void Structure(const Options& options) {
   c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);
   subnet_bit = ecs_bit = options.summary ? 1 : 0;
   calc_subnets();
-  WriteAnswer(options.output, StructureText());
+  WriteAnswer(options.output, subnet_output);
 }
 
 /// Says what is wrong with a time limit, or nothing.
 std::string IsDuration(const std::string& text) {
   constexpr double kLongest = 1e9;
-  const double seconds = std::strtod(text.c_str(), nullptr);
-  return seconds > 0 && seconds <= kLongest ? "" : "a positive number of seconds is wanted";
+  char* end = nullptr;
+  const double seconds = std::strtod(text.c_str(), &end);
+  return *end == '\0' && seconds > 0 && seconds <= kLongest ? "" : "a positive number of seconds is wanted";
+}
+
+/// Says what is wrong with a number of answers, or nothing.
+std::string IsCount(const std::string& text) {
+  constexpr size_t kMostDigits = 18;
+  const bool isDecimal = text.find_first_not_of("0123456789") == std::string::npos;
+  return isDecimal && text.size() <= kMostDigits && !text.empty() && text[0] != '0'
+             ? ""
+             : "a positive decimal number is wanted";
 }
 
 /// The options that all questions about siphons have.
@@ -101,7 +100,7 @@ void AddMinimalSets(CLI::App& app, bool traps, EnumerationOptions& options, int3
   command->add_option("--containing", options.containing, "only those that contain PLACE; may be repeated")
       ->type_name("PLACE")
       ->allow_extra_args(false);
-  command->add_option("--max", options.max, "stop after N")->check(CLI::PositiveNumber)->type_name("N");
+  command->add_option("--max", options.max, "stop after N")->check(IsCount)->type_name("N");
   command->callback([&options, &status, traps] {
     options.traps = traps;
     status = ListMinimalSets(options);
@@ -118,6 +117,7 @@ void AddCheck(CLI::App& app, QuestionOptions& options, int32_t& status) {
 
 // What escapes is an option that is described wrongly here.
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
+  IgnoreFileSizeSignal();
   CLI::App app(
       "Listings, structural analysis, minimal siphons and traps of stochastic Petri nets.\n"
       "NET.PD is read from the directory named by the environment variable MODELDIR; structure reads "
@@ -148,7 +148,8 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsage;
+    if (app.exit(error) != 0) return kUsage;
+    WriteAnswer("", "");  // tells when the help is not written whole
   }
   return status;
 }

@@ -6,28 +6,13 @@
 
 #include "driver/model_files.h"
 #include "matrix/process_end.h"
+#include "net/output_file.h"
 #include "structure/struct_vars.h"
 #include "tools/commands.h"
 
 namespace siphons {
 
 namespace {
-
-/// False when the text is not in the stream as a whole.
-bool Write(std::FILE* stream, const std::string& text) {
-  return std::fwrite(text.data(), 1, text.size(), stream) == text.size() && std::fflush(stream) == 0 &&
-         std::ferror(stream) == 0;
-}
-
-bool WriteFile(const char* file, const std::string& text) {
-  std::FILE* const stream = std::fopen(file, "w");
-  if (stream == nullptr) return false;
-  const bool written = Write(stream, text);
-  const bool closed = std::fclose(stream) == 0;
-  if (written && closed) return true;
-  if (std::FILE* const emptied = std::fopen(file, "w"); emptied != nullptr) std::fclose(emptied);
-  return false;
-}
 
 [[noreturn]] void TellUnwritable(const std::string& file) {
   std::fprintf(stderr, "ERROR: could not open %s for writing\n",
@@ -83,9 +68,17 @@ void TryOutput(const std::string& file) {
   std::fclose(stream);
 }
 
+void WriteAnswer(const std::string& file, const std::function<void(std::FILE*)>& write) {
+  if (file.empty()) {
+    write(stdout);
+  } else if (!WriteWholeFile(file.c_str(), write)) {
+    TellUnwritable(file);
+  }
+  if (!Written(stdout)) TellUnwritable("");
+}
+
 void WriteAnswer(const std::string& file, const std::string& text) {
-  if (file.empty() ? Write(stdout, text) : WriteFile(file.c_str(), text)) return;
-  TellUnwritable(file);
+  WriteAnswer(file, [&text](std::FILE* stream) { std::fwrite(text.data(), 1, text.size(), stream); });
 }
 
 }  // namespace siphons

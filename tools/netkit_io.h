@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -38,9 +40,10 @@ std::string LineOf(const Json& json);
 /// before a long run. What it holds stays.
 void TryOutput(const std::string& file);
 
-/// Writes a text to the file, or to standard output for an empty name. When it cannot be written whole, ends
-/// the process with status 1 after "ERROR: could not open %s for writing\n" on standard error; the file is
-/// then left empty.
+/// Writes to the file, or to standard output for an empty name, by calling `write` once. When that, or what
+/// else went to standard output, cannot be written whole, ends the process with status 1 after "ERROR: could
+/// not open %s for writing\n" on standard error; the file is then left empty.
+void WriteAnswer(const std::string& file, const std::function<void(std::FILE*)>& write);
 void WriteAnswer(const std::string& file, const std::string& text);
 
 }  // namespace siphons

@@ -1,0 +1,19 @@
+// Writing the files of a net, so that none is left that looks whole and is not.
+#pragma once
+
+#include <cstdio>
+#include <functional>
+
+namespace siphons {
+
+/// Writes the file by calling `write` on it once. False when it cannot be opened, or not be written whole and
+/// is therefore left empty. An interrupt waits until the file is closed.
+bool WriteWholeFile(const char* path, const std::function<void(std::FILE*)>& write);
+
+/// Makes a write beyond the limit on the size of files fail, which would otherwise end the process.
+void IgnoreFileSizeSignal();
+
+/// Whether all that was written to the stream so far is in its file.
+bool Written(std::FILE* stream);
+
+}  // namespace siphons
