@@ -44,13 +44,14 @@ Conversion ParseConversion(const char* text) {
   return {format + letter, letter, static_cast<size_t>(at - text)};
 }
 
-/// Whether a width or a precision has more digits than can fit.
+/// Whether a width or a precision has more digits than the size of the buffer.
 bool IsTooWide(const std::string& format) {
+  constexpr size_t kMostDigits = 4;
   size_t digits = 0;
   for (const char c : format) {
     const bool counts = c >= (digits > 0 ? '0' : '1') && c <= '9';
     digits = counts ? digits + 1 : 0;
-    if (digits > 4) return true;
+    if (digits > kMostDigits) return true;
   }
   return false;
 }
@@ -64,16 +65,14 @@ std::string Converted(const Conversion& conversion) {
   if (IsTooWide(conversion.format)) TextTooLong(kConversionBuffer, format);
   std::array<char, kConversionBuffer> text;
   size_t length;
-  if (conversion.letter == 'm') {
-    errno = 0;
-    length = FormatBounded(text, format, nullptr);
-  } else if (std::strchr("eEfFgGaA", conversion.letter) != nullptr) {
+  errno = 0;  // what %m tells
+  if (std::strchr("eEfFgGaA", conversion.letter) != nullptr) {
     length = FormatBounded(text, format, 0.0);
   } else if (conversion.letter == 's') {
     length = FormatBounded(text, format, "");
   } else if (conversion.letter == 'S') {
     length = FormatBounded(text, format, L"");
-  } else if (conversion.letter == 'p') {
+  } else if (conversion.letter == 'm' || conversion.letter == 'p') {
     length = FormatBounded(text, format, nullptr);
   } else {
     length = FormatBounded(text, format, 0);

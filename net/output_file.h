@@ -6,8 +6,8 @@
 
 namespace siphons {
 
-/// Writes the file by calling `write` on it once. False when it cannot be opened, or not be written whole and
-/// is therefore left empty. An interrupt waits until the file is closed.
+/// Writes the file by calling `write`, which must not throw, on it once. False when it cannot be opened, or
+/// not be written whole and is therefore left empty. An interrupt waits until the file is closed.
 bool WriteWholeFile(const char* path, const std::function<void(std::FILE*)>& write);
 
 /// Makes a write beyond the limit on the size of files fail, which would otherwise end the process.

@@ -40,9 +40,9 @@ std::string LineOf(const Json& json);
 /// before a long run. What it holds stays.
 void TryOutput(const std::string& file);
 
-/// Writes to the file, or to standard output for an empty name, by calling `write` once. When that, or what
-/// else went to standard output, cannot be written whole, ends the process with status 1 after "ERROR: could
-/// not open %s for writing\n" on standard error; the file is then left empty.
+/// Writes to the file, or to standard output for an empty name, by calling `write` once. Ends the process
+/// with status 1 after "ERROR: could not open %s for writing\n" on standard error when that cannot be written
+/// whole, which leaves a file empty, or when something else that went to standard output could not.
 void WriteAnswer(const std::string& file, const std::function<void(std::FILE*)>& write);
 void WriteAnswer(const std::string& file, const std::string& text);
 
