@@ -17,7 +17,7 @@
 #include <string>
 
 #include "net/load_net.h"
-#include "plain/solve.h"
+#include "tests/reference/solve.h"
 
 namespace {
 
@@ -134,7 +134,7 @@ void FastAgainst4ti2(benchmark::State& state, const std::string& net) {
 
 int main(int argc, char** argv) {
   for (const std::string net : {"conserving_16", "s3pr_3_4", "s4pr_5_6", "choices_10"}) {
-    benchmark::RegisterBenchmark(("plain/" + net).c_str(), FastAgainstPlain, net)
+    benchmark::RegisterBenchmark(("tests/reference/" + net).c_str(), FastAgainstPlain, net)
         ->UseManualTime()
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);

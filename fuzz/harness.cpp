@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "matrix/out_of_memory.h"
-#include "matrix/process_end.h"
+#include "base/out_of_memory.h"
+#include "base/process_end.h"
 #include "net/memory.h"
 
 namespace siphons {

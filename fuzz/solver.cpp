@@ -5,7 +5,7 @@
 // tells on standard output or by ArithmeticWrapped; whatever the numbers are, it ends and stays in its
 // memory.
 #include "fuzz/harness.h"
-#include "sat/minimal_siphons.h"
+#include "netkit/siphons/minimal_siphons.h"
 #include "siphons/siphons.h"
 #include "solver/inequalities.h"
 #include "solver/sharedVars.h"

@@ -4,9 +4,9 @@
 
 #include <iostream>
 
-#include "plain/solve.h"
 #include "solver/adjacency_search.h"
 #include "solver/sharedVars.h"
+#include "tests/reference/solve.h"
 #include "tests/rows.h"
 
 namespace siphons {

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <csignal>
 
-#include "matrix/arithmetic.h"
+#include "base/arithmetic.h"
 #include "matrix/matrixOps.h"
 #include "tests/messages.h"
 #include "tests/rows.h"

@@ -1,14 +1,14 @@
 // The SAT engine against brute force and against the cone method: siphons, traps, queries, and Commoner's
 // condition.
-#include "sat/minimal_siphons.h"
+#include "netkit/siphons/minimal_siphons.h"
 
 #include <gtest/gtest.h>
 
-#include "plain/solve.h"
-#include "sat/commoner.h"
-#include "sat/siphon_within.h"
+#include "netkit/siphons/commoner.h"
+#include "netkit/siphons/siphon_within.h"
 #include "solver/sharedVars.h"
 #include "tests/brute_force.h"
+#include "tests/reference/solve.h"
 
 namespace siphons {
 namespace {

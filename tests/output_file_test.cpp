@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-#include "net/output_file.h"
+#include "base/output_file.h"
 #include "tests/files.h"
 
 namespace siphons {

@@ -1,7 +1,7 @@
 // Operations of the solver and the timers that the program itself does not call, or not in this way.
 #include <gtest/gtest.h>
 
-#include "driver/timer.h"
+#include "base/timer.h"
 #include "solver/index.h"
 #include "solver/inequalities.h"
 #include "solver/sharedOps.h"

@@ -1,7 +1,0 @@
-#include "driver/fetch_path.h"
-
-namespace siphons {
-
-void fetch_path(char*) {}
-
-}  // namespace siphons

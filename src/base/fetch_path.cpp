@@ -1,0 +1,7 @@
+#include "base/fetch_path.h"
+
+namespace siphons {
+
+void fetch_path(char*) {}
+
+}  // namespace siphons

@@ -1,0 +1,49 @@
+// Files of netkit's subcommands: the net that they read, the answer that they write.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "netkit/siphons/arc_sets.h"
+
+namespace siphons {
+
+/// Members in the order in which they are set.
+using Json = nlohmann::ordered_json;
+
+/// The path of the net below MODELDIR, without extension. Ends the process as `siphons` does when it cannot
+/// be formed.
+std::string NetPath(const std::string& net);
+
+/// The tokens that the initial marking puts into the places.
+int64_t TokensOf(const PlaceList& set);
+
+/// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
+std::string MarkingLine(const PlaceList& set);
+
+/// The order of answers: by number of places, then by place numbers.
+bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
+
+/// Places (names) and tokens of a set.
+Json JsonOf(const PlaceList& set);
+
+/// Why an answer is incomplete, or null.
+Json ReasonOf(const std::string& reason);
+
+/// One line of JSON; what is not UTF-8 in a name is replaced.
+std::string LineOf(const Json& json);
+
+/// Ends the process as WriteAnswer does when the file cannot be opened for writing, which is better known
+/// before a long run. What it holds stays.
+void TryOutput(const std::string& file);
+
+/// Writes to the file, or to standard output for an empty name, by calling `write` once. Ends the process
+/// with status 1 after "ERROR: could not open %s for writing\n" on standard error when that cannot be written
+/// whole, which leaves a file empty, or when something else that went to standard output could not.
+void WriteAnswer(const std::string& file, const std::function<void(std::FILE*)>& write);
+void WriteAnswer(const std::string& file, const std::string& text);
+
+}  // namespace siphons

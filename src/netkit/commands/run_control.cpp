@@ -1,0 +1,58 @@
+#include "netkit/commands/run_control.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <utility>
+
+namespace siphons {
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void Interrupt(int) {
+  interrupted = 1;
+  for (const int signal : {SIGINT, SIGTERM}) std::signal(signal, SIG_DFL);
+}
+
+}  // namespace
+
+RunControl::RunControl(double seconds, std::string what)
+    : seconds_(seconds), what_(std::move(what)), onTerminal_(isatty(STDERR_FILENO) == 1) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+void RunControl::EndProgress() {
+  if (lineLength_ > 0) std::fprintf(stderr, "\r%*s\r", static_cast<int>(lineLength_), "");
+  lineLength_ = 0;
+}
+
+bool RunControl::Stop() {
+  if (interrupted != 0) {
+    reason_ = "interrupted";
+    return true;
+  }
+  if (seconds_ == 0 && !onTerminal_) return false;
+  const double elapsed = std::chrono::duration<double>(Clock::now() - start_).count();
+  if (seconds_ > 0 && elapsed >= seconds_) {
+    reason_ = "time limit";
+    return true;
+  }
+  if (onTerminal_ && elapsed >= nextLine_) ShowProgress(elapsed);
+  return false;
+}
+
+void RunControl::ShowProgress(double elapsed) {
+  constexpr double kInterval = 0.2;
+  nextLine_ = elapsed + kInterval;
+  const std::string line = std::to_string(count_) + " " + what_ + " so far, " +
+                           std::to_string(static_cast<int64_t>(elapsed)) + " s";
+  lineLength_ = line.size();  // numbers only grow, so each line covers the one before
+  std::fprintf(stderr, "\r%s", line.c_str());
+}
+
+}  // namespace siphons

@@ -1,0 +1,85 @@
+#include "structure/sparse.h"
+
+#include <cstdio>
+
+#include "base/arithmetic.h"
+#include "base/process_end.h"
+#include "net/memory.h"
+
+namespace siphons {
+
+sp_matrix sparse_function(sp_matrix a, sp_matrix b, int32_t rows, sp_function f) {
+  const sp_matrix result = NewTable<sp_entry*>(rows);
+  for (int32_t r = 0; r < rows; ++r) result[r] = sparse_function_row(a[r], b[r], f);
+  return result;
+}
+
+sp_entry* sparse_function_row(const sp_entry* a, const sp_entry* b, sp_function f) {
+  sp_entry* head = nullptr;
+  sp_entry** end = &head;
+  while (a != nullptr || b != nullptr) {
+    const bool takeA = a != nullptr && (b == nullptr || a->index <= b->index);
+    const bool takeB = b != nullptr && (a == nullptr || b->index <= a->index);
+    sp_entry* const element = NewTable<sp_entry>(1);
+    f(takeA ? a : nullptr, takeB ? b : nullptr, element);
+    element->index = takeA ? a->index : b->index;
+    if (takeA) a = a->next;
+    if (takeB) b = b->next;
+    // A marking-dependent arc stays visible where its value cancels.
+    if (element->value == 0 && element->mark == 0 && element->md_func == 0) {
+      Free(element);
+    } else {
+      *end = element;
+      end = &element->next;
+    }
+  }
+  return head;
+}
+
+int32_t minus(const sp_entry* a, const sp_entry* b, sp_entry* out) {
+  if (a != nullptr && b != nullptr && (a->mark != 0 || b->mark != 0)) {
+    std::puts("Error in minus.");
+    EndProcess(1);
+  }
+  out->mark = b != nullptr ? b->md_func : 0;
+  out->md_func = a != nullptr ? a->md_func : 0;
+  out->value = WrapSub(a != nullptr ? a->value : 0, b != nullptr ? b->value : 0);
+  return out->value;
+}
+
+void sp_insert(sp_entry** row, sp_entry* element) {
+  sp_entry** place = row;
+  if (*row != nullptr && (*row)->index <= element->index) {
+    place = &(*row)->next;
+    while (*place != nullptr && (*place)->index < element->index) place = &(*place)->next;
+  }
+  element->next = *place;
+  *place = element;
+}
+
+int32_t sp_access(sp_matrix m, int32_t row, int32_t column) {
+  const sp_entry* element = m[row];
+  while (element != nullptr && element->index < column) element = element->next;
+  return element != nullptr && element->index == column ? element->value : 0;
+}
+
+void sp_input(sp_matrix m, int32_t row, int32_t column, int32_t value) {
+  for (sp_entry* element = m[row]; element != nullptr; element = element->next) {
+    if (element->index == column) element->value = value;
+  }
+}
+
+Matrix* conv_matrix(sp_matrix m) {
+  Matrix* const dense = ZeroMatrix(static_cast<uint32_t>(no_trans), static_cast<uint32_t>(no_places));
+  for (int32_t t = 0; t < no_trans; ++t) {
+    const sp_entry* previous = nullptr;
+    for (const sp_entry* element = m[t]; element != nullptr; element = element->next) {
+      const bool first = previous == nullptr || previous->index != element->index;
+      if (first) dense->p[t][element->index] = element->value;
+      previous = element;
+    }
+  }
+  return dense;
+}
+
+}  // namespace siphons

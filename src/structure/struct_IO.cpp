@@ -1,0 +1,172 @@
+// From the net model to the structural tables.
+#include "structure/struct_IO.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <span>
+
+#include "base/arithmetic.h"
+#include "base/bounded_text.h"
+#include "base/output_file.h"
+#include "base/process_end.h"
+#include "net/load_net.h"
+#include "net/memory.h"
+#include "structure/sparse.h"
+#include "structure/struct_vars.h"
+
+namespace siphons {
+
+namespace {
+
+/// The name of a slot that was never filled reads as the empty name.
+const char* NameOf(const char* name) {
+  return name != nullptr ? name : "";
+}
+
+/// The number of the place of this name; ends the process when there is none.
+int32_t PlaceNumber(const char* placeName) {
+  std::array<char, 50> name;
+  FormatBounded(name, "%s", placeName);
+  const struct_place* const end = places + no_places;
+  const struct_place* const place = std::find_if(places, places + no_places, [&name](const struct_place& p) {
+    return std::strcmp(p.name, name.data()) == 0;
+  });
+  if (place == end) {
+    std::printf("Unknown place %s in arc definition\n", name.data());
+    EndProcess(1);
+  }
+  return static_cast<int32_t>(place - places);
+}
+
+void InsertArc(const NetArc& arc, sp_entry** row) {
+  constexpr int32_t kMarkingDependentValue = 1;  // counts as an arc; the text is not evaluated
+  sp_entry* const element = NewTable<sp_entry>(1);
+  element->index = PlaceNumber(NameOf(arc.place->name));
+  if (arc.is_value != 0) {
+    element->value = arc.multiplicity;
+  } else {
+    element->value = kMarkingDependentValue;
+    places[element->index].md_arc = 1;
+  }
+  sp_insert(row, element);
+}
+
+void ConfigPlace(const NetPlace& source, struct_place& place) {
+  constexpr uint32_t kMarkTextBuffer = 16;
+  FormatBounded(place.name, "%s", NameOf(source.name));
+  if (source.marking_par == nullptr) {
+    place.init_mark = source.marking;
+    char* const text = NewTable<char>(kMarkTextBuffer);
+    FormatBounded(std::span(text, kMarkTextBuffer), "%d", place.init_mark);
+    place.mark_text = text;
+  } else {
+    place.init_mark = TruncateToInt32(source.marking_par->value);
+    place.mark_text = source.marking_par->name;
+  }
+}
+
+TransitionKind KindOf(TransitionType type) {
+  switch (type) {
+    case kExponential:
+      return kKindExponential;
+    case kDeterministic:
+      return kKindDeterministic;
+    case kGeneral:
+      return kKindGeneral;
+    case kImmediate:
+      break;
+  }
+  return kKindImmediate;
+}
+
+void ConfigTransition(const NetTransition& source, int32_t t, struct_trans& transition) {
+  transition.index = t;
+  FormatBounded(transition.name, "%s", NameOf(source.name));
+  transition.priority = source.priority;
+  transition.md_arc = source.has_md_arcs;
+  if (source.delay_type == kDelayNumber) {
+    transition.delay = source.delay.value;
+  } else if (source.delay_type == kDelayParameter && source.delay.parameter->is_value != 0) {
+    transition.delay = source.delay.parameter->value;
+  } else if (source.delay_type != kDelayPmf) {
+    transition.md_delay = t + 1;
+  }
+  transition.inf_server = source.inf_server;
+  transition.kind = KindOf(source.type);
+  if (transition.kind != kKindImmediate) ++no_timed_trans;
+}
+
+}  // namespace
+
+void LoadModel(const char* path) {
+  model = load_net(path, nullptr, false);
+  if (model != nullptr) return;
+  std::printf("ERROR: could not read %s properly\n", path);
+  EndProcess(1);
+}
+
+void read_net(const char* path) {
+  LoadModel(path);
+  config_net(*model);
+  if (pmf_bit != 0) generate_pmf(path, *model);
+}
+
+int32_t config_net(const Net& net) {
+  no_places = net.nplaces;
+  places = NewTable<struct_place>(no_places);
+  no_trans = net.ntrans;
+  transitions = NewTable<struct_trans>(no_trans);
+  for (sp_matrix* matrix : {&i_matrix, &o_matrix, &h_matrix}) *matrix = NewTable<sp_entry*>(no_trans);
+
+  r_par = NewTable<rate_par>(net.ndelaypars);
+  for (int32_t i = 0; i < net.ndelaypars; ++i) {
+    const DelayPar& parameter = net.delaypars[i];
+    const bool isText = parameter.is_value == 0;
+    r_par[i] = {NameOf(parameter.name), isText ? 1 : 0, isText ? 0 : parameter.value};
+  }
+  for (int32_t p = 0; p < no_places; ++p) ConfigPlace(net.places[p], places[p]);
+  for (int32_t t = 0; t < no_trans; ++t) {
+    ConfigTransition(net.transitions[t], t, transitions[t]);
+    for (const ArcKind kind : {kInputArc, kOutputArc, kInhibitorArc}) config_arcs(net, t, kind);
+  }
+  return 0;
+}
+
+int32_t config_arcs(const Net& net, int32_t t, int32_t which) {
+  const NetTransition& source = net.transitions[t];
+  std::span<const NetArc> arcs;
+  sp_matrix rows = nullptr;
+  if (which == kInputArc) {
+    arcs = {source.inarcs, static_cast<size_t>(source.ninarcs)};
+    rows = i_matrix;
+  } else if (which == kOutputArc) {
+    arcs = {source.outarcs, static_cast<size_t>(source.noutarcs)};
+    rows = o_matrix;
+  } else if (which == kInhibitorArc) {
+    arcs = {source.inharcs, static_cast<size_t>(source.ninharcs)};
+    rows = h_matrix;
+  }
+  for (const NetArc& arc : arcs) InsertArc(arc, &rows[t]);
+  return 0;
+}
+
+void generate_pmf(const char* path, const Net& net) {
+  std::array<char, 256> name;
+  FormatBounded(name, "%s.pmf", path);
+  const auto write = [&net](std::FILE* file) {
+    for (int32_t t = 0; t < net.ntrans; ++t) {
+      const NetTransition& transition = net.transitions[t];
+      if (transition.type != kGeneral) continue;
+      std::fprintf(file, "TRANSITION %s\n%s\n\n", NameOf(transition.name), NameOf(transition.delay.text));
+    }
+  };
+  if (!WriteWholeFile(name.data(), write)) {
+    std::printf("ERROR: unable to create file '%s'\n", name.data());
+    EndProcess(1);
+  }
+}
+
+}  // namespace siphons
