@@ -68,7 +68,7 @@ void ConfigPlace(const NetPlace& source, struct_place& place) {
   }
 }
 
-TransitionKind KindOf(TransitionType type) {
+StructuralKind KindOf(TransitionType type) {
   switch (type) {
     case kExponential:
       return kKindExponential;

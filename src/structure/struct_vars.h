@@ -22,7 +22,7 @@ struct struct_place {
 };
 
 /// Kinds of a structural transition; the numbers of the two middle ones are those of the net model exchanged.
-enum TransitionKind : int32_t {
+enum StructuralKind : int32_t {
   kKindImmediate = 0,
   kKindDeterministic = 1,
   kKindExponential = 2,
@@ -31,7 +31,7 @@ enum TransitionKind : int32_t {
 
 struct struct_trans {
   char name[kNameBuffer];
-  TransitionKind kind;
+  StructuralKind kind;
   int32_t md_delay;  ///< transition number + 1 when the delay is marking dependent, else 0
   int32_t md_arc;    ///< 1 when an arc was written as marking dependent
   int32_t inf_server;

@@ -12,7 +12,7 @@ namespace siphons {
 namespace {
 
 /// The file numbers the kinds anew.
-int32_t FileKind(TransitionKind kind) {
+int32_t FileKind(StructuralKind kind) {
   switch (kind) {
     case kKindExponential:
       return 0;

@@ -27,12 +27,12 @@ struct Point {
   double y = 0;
 };
 
-enum class NetType : uint8_t { kGspn, kDspn, kEdspn, kCdspn };
+enum class NetClass : uint8_t { kGspn, kDspn, kEdspn, kCdspn };
 
 enum class TransitionKind : uint8_t { kImmediate, kExponential, kDeterministic, kGeneral };
 
 /// What happens to the time that a transition has already waited when another one fires.
-enum class FiringPolicy : uint8_t { kResampling, kAge, kEnabling };
+enum class MemoryPolicy : uint8_t { kResampling, kAge, kEnabling };
 
 enum class Orientation : uint8_t { k0, k45, k90, kMinus45 };
 
@@ -57,7 +57,7 @@ struct Arc {
 };
 
 /// How long an enabled transition waits, or the weight of an immediate one.
-struct Delay {
+struct TransitionDelay {
   enum class Kind : uint8_t { kNumber, kParameter, kMarkingDependent, kDistribution };
   Kind kind = Kind::kNumber;
   double value = 1;  ///< kNumber
@@ -76,9 +76,9 @@ struct Transition {
   std::string id;    ///< that of the PNML file; empty elsewhere
   TransitionKind kind = TransitionKind::kExponential;
   int32_t priority = 0;  ///< counts among immediate transitions only; the greater goes first
-  Delay delay;
+  TransitionDelay delay;
   bool infiniteServer = false;
-  FiringPolicy policy = FiringPolicy::kEnabling;
+  MemoryPolicy policy = MemoryPolicy::kEnabling;
   std::optional<AuxiliaryValues> auxiliary;
   std::optional<std::string> enablingFunction;  ///< a condition on the marking beyond the arcs
   std::vector<Arc> inputs;                      ///< it takes the weight from these places
@@ -108,7 +108,7 @@ struct Measure {
 
 struct PetriNet {
   std::string name;
-  NetType type = NetType::kGspn;
+  NetClass type = NetClass::kGspn;
   std::string description;
   std::vector<Place> places;
   std::vector<Transition> transitions;
