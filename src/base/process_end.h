@@ -6,7 +6,7 @@
 
 namespace siphons {
 
-/// Writes out the streams and ends the process with the status.
+/// Writes out the streams and ends the process with the status (exit_status.h).
 [[noreturn]] void EndProcess(int32_t status);
 
 /// Ends the process by abort, after writing out standard output.

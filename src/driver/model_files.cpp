@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "base/bounded_text.h"
+#include "base/exit_status.h"
 #include "base/fetch_path.h"
 #include "base/input_file.h"
 #include "base/process_end.h"
@@ -22,7 +23,7 @@ void FormInfoPath(std::span<char, kPathBuffer> path, const char* netPath) {
 
 [[noreturn]] void TellUnreadableInfo(const char* path) {
   std::printf("ERROR: could not open %s for reading\n", path);
-  EndProcess(1);
+  EndProcess(kFailure);
 }
 
 }  // namespace
@@ -31,7 +32,7 @@ void FindModelDirectory() {
   modeldir = std::getenv("MODELDIR");
   if (modeldir != nullptr) return;
   std::fputs("'MODELDIR' not set\n", stderr);
-  EndProcess(1);
+  EndProcess(kFailure);
 }
 
 void FormNetPath(std::span<char, kPathBuffer> path, const char* net) {

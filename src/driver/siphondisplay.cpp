@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "base/bounded_text.h"
+#include "base/exit_status.h"
 #include "base/fetch_path.h"
 #include "base/process_end.h"
 #include "base/timer.h"
@@ -21,17 +22,16 @@ namespace {
 
 constexpr size_t kReportPathBuffer = 4096;
 constexpr uint32_t kComputationTimer = 20;
-constexpr int32_t kUsageStatus = 255;
 
 void RefuseUnusableNet() {
   if (no_places < 1) {
     std::puts("Error: no places.");
-    EndProcess(1);
+    EndProcess(kFailure);
   }
   // The computation does not use timing; the net types all have timed transitions.
   if (no_timed_trans < 1) {
     std::puts("Error: no timed transitions.");
-    EndProcess(1);
+    EndProcess(kFailure);
   }
 }
 
@@ -59,7 +59,7 @@ void ComputeSiphons() {
 int32_t RunSiphons(int32_t argc, const char* const* argv) {
   if (argc < 2) {
     std::puts("Usage: siphons netname");
-    return kUsageStatus;
+    return kSiphonsUsage;
   }
   FindModelDirectory();
   std::array<char, kPathBuffer> netPath;
@@ -76,9 +76,9 @@ int32_t RunSiphons(int32_t argc, const char* const* argv) {
   fetch_path(reportPath.data());
   if (!WriteReport(reportPath.data(), {time_passed(kComputationTimer), numsiphons, Siphon, SiphonMarking})) {
     std::printf("ERROR: could not open %s for writing\n", reportPath.data());
-    return 1;
+    return kFailure;
   }
-  return 0;
+  return kComplete;
 }
 
 }  // namespace siphons

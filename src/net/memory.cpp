@@ -6,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "base/exit_status.h"
 #include "base/out_of_memory.h"
 #include "base/process_end.h"
 
@@ -27,7 +28,7 @@ void* nRealloc(void* block, uint32_t bytes) {
   void* const resized = std::realloc(block, bytes);
   if (resized == nullptr) {
     std::fprintf(stderr, "Unable to realloc %u bytes\n", bytes);
-    EndProcess(255);
+    EndProcess(kOutOfMemory);
   }
   return resized;
 }
@@ -37,7 +38,7 @@ char* nStrdup(const char* text) {
   char* const copy = static_cast<char*>(std::malloc(size));
   if (copy == nullptr) {
     std::fprintf(stderr, "Unable to duplicate string (%s)\n", text);
-    EndProcess(255);
+    EndProcess(kOutOfMemory);
   }
   std::memcpy(copy, text, size);
   return copy;

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/arithmetic.h"
+#include "base/exit_status.h"
 #include "base/process_end.h"
 #include "net/memory.h"
 #include "structure/struct_IO.h"
@@ -91,10 +92,10 @@ void MarkArc(const md_arc_def& arc) {
                          : arc.kind == kOutputArc    ? o_matrix
                          : arc.kind == kInhibitorArc ? h_matrix
                                                      : nullptr;
-  if (rows == nullptr || !IsTransition(arc.trans)) EndProcess(1);
+  if (rows == nullptr || !IsTransition(arc.trans)) EndProcess(kFailure);
   sp_entry* element = rows[arc.trans];
   while (element != nullptr && element->index != arc.place) element = element->next;
-  if (element == nullptr) EndProcess(1);
+  if (element == nullptr) EndProcess(kFailure);
   element->md_func = arc.func;
 }
 

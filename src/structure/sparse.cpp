@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "base/arithmetic.h"
+#include "base/exit_status.h"
 #include "base/process_end.h"
 #include "net/memory.h"
 
@@ -39,7 +40,7 @@ sp_entry* sparse_function_row(const sp_entry* a, const sp_entry* b, sp_function 
 int32_t minus(const sp_entry* a, const sp_entry* b, sp_entry* out) {
   if (a != nullptr && b != nullptr && (a->mark != 0 || b->mark != 0)) {
     std::puts("Error in minus.");
-    EndProcess(1);
+    EndProcess(kFailure);
   }
   out->mark = b != nullptr ? b->md_func : 0;
   out->md_func = a != nullptr ? a->md_func : 0;

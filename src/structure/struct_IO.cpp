@@ -10,6 +10,7 @@
 
 #include "base/arithmetic.h"
 #include "base/bounded_text.h"
+#include "base/exit_status.h"
 #include "base/output_file.h"
 #include "base/process_end.h"
 #include "net/load_net.h"
@@ -36,7 +37,7 @@ int32_t PlaceNumber(const char* placeName) {
   });
   if (place == end) {
     std::printf("Unknown place %s in arc definition\n", name.data());
-    EndProcess(1);
+    EndProcess(kFailure);
   }
   return static_cast<int32_t>(place - places);
 }
@@ -105,7 +106,7 @@ void LoadModel(const char* path) {
   model = load_net(path, nullptr, false);
   if (model != nullptr) return;
   std::printf("ERROR: could not read %s properly\n", path);
-  EndProcess(1);
+  EndProcess(kFailure);
 }
 
 void read_net(const char* path) {
@@ -165,7 +166,7 @@ void generate_pmf(const char* path, const Net& net) {
   };
   if (!WriteWholeFile(name.data(), write)) {
     std::printf("ERROR: unable to create file '%s'\n", name.data());
-    EndProcess(1);
+    EndProcess(kFailure);
   }
 }
 

@@ -6,14 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace siphons {
+#include "base/exit_status.h"
 
-enum ExitStatus : int32_t {
-  kComplete = 0,
-  kFailure = 1,  ///< also that of the net reader
-  kUsage = 2,
-  kIncomplete = 3,  ///< stopped at a limit; what was found is written and marked
-};
+namespace siphons {
 
 /// What all questions have.
 struct QuestionOptions {
