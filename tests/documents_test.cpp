@@ -1,0 +1,240 @@
+// The documents against the program: every command in them is run, and what they show of its output compared;
+// what they name exists. docs/testing.md says how a document is written for this.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <span>
+#include <vector>
+
+#include "tests/program.h"
+
+namespace siphons {
+namespace {
+
+const fs::path kRoot = SOURCE_DIRECTORY;
+
+struct Command {
+  size_t line;  ///< of the document, from 1
+  std::string text;
+  std::vector<std::string> shown;
+};
+
+/// A fenced block, or a line of text with the empty language.
+struct Block {
+  std::string language;
+  size_t line;
+  std::vector<std::string> lines;
+};
+
+std::vector<Block> Blocks(const std::string& document) {
+  std::vector<Block> blocks;
+  std::istringstream text(ReadFile(kRoot / document).value());
+  bool inside = false;
+  size_t number = 0;
+  for (std::string line; std::getline(text, line);) {
+    ++number;
+    if (line.starts_with("```")) {
+      inside = !inside;
+      if (inside) blocks.push_back({line.substr(3), number, {}});
+    } else if (inside) {
+      blocks.back().lines.push_back(line);
+    } else {
+      blocks.push_back({"", number, {line}});
+    }
+  }
+  EXPECT_FALSE(inside) << document << ": a block without an end";
+  return blocks;
+}
+
+/// The commands of the `console` blocks, each with what stands below it.
+std::vector<Command> Commands(const std::string& document) {
+  std::vector<Command> commands;
+  for (const Block& block : Blocks(document)) {
+    if (block.language != "console") continue;
+    EXPECT_TRUE(!block.lines.empty() && block.lines[0].starts_with("$ ")) << document << ":" << block.line;
+    for (size_t i = 0; i < block.lines.size(); ++i) {
+      const std::string& line = block.lines[i];
+      if (line.starts_with("$ ")) {
+        commands.push_back({block.line + 1 + i, line.substr(2), {}});
+      } else if (line.starts_with("> ") && commands.back().shown.empty()) {
+        commands.back().text += "\n" + line.substr(2);
+      } else {
+        commands.back().shown.push_back(line);
+      }
+    }
+  }
+  return commands;
+}
+
+/// Without trailing blanks, which editors remove, and without the values of times.
+std::string Comparable(std::string line) {
+  static const std::regex time(" +[0-9]+\\.[0-9]+ s\\b");
+  line.erase(line.find_last_not_of(" \t") + 1);
+  return std::regex_replace(line, time, " <time> s");
+}
+
+/// Whether the lines are those shown; a shown "..." stands for any number of lines.
+bool IsShown(std::span<const std::string> given, std::span<const std::string> shown) {
+  if (shown.empty()) return given.empty();
+  if (shown[0] == "...") {
+    if (IsShown(given, shown.subspan(1))) return true;
+    return !given.empty() && IsShown(given.subspan(1), shown);
+  }
+  return !given.empty() && Comparable(given[0]) == Comparable(shown[0]) &&
+         IsShown(given.subspan(1), shown.subspan(1));
+}
+
+/// Runs the commands one after the other in one shell and returns the output of each.
+std::vector<std::string> Outputs(const std::vector<Command>& commands) {
+  const TemporaryDirectory place;
+  const fs::path programs = place.path() / "bin", nets = place.path() / "examples";
+  const fs::path script = place.path() / "script", output = place.path() / "output";
+  fs::create_directory(programs);
+  fs::create_symlink(SIPHONS_PROGRAM, programs / "siphons");
+  fs::create_symlink(NETKIT_PROGRAM, programs / "netkit");
+  fs::copy(kRoot / "examples", nets, fs::copy_options::recursive);
+
+  const std::string mark = "-- end of a command --\n";
+  std::string text = "cd '" + nets.string() + "'\nstatus=0\n";
+  for (const Command& command : commands) {
+    // Each command sees the exit status of the one before as $?.
+    const std::string step = script.string() + std::to_string(command.line);
+    WriteFile(step, command.text + "\n");
+    text += "(exit $status); . '" + step + "'; status=$?; printf '\\n%s' '" + mark + "'\n";
+  }
+  WriteFile(script, text);
+  const std::string environment = "env -u MODELDIR PATH='" + programs.string() + "':\"$PATH\" ";
+  std::system(
+      (environment + "sh '" + script.string() + "' >'" + output.string() + "' 2>&1 </dev/null").c_str());
+
+  std::vector<std::string> outputs;
+  const std::string all = ReadFile(output).value_or("");
+  size_t at = 0;
+  for (size_t end; (end = all.find("\n" + mark, at)) != std::string::npos; at = end + 1 + mark.size()) {
+    outputs.push_back(all.substr(at, end - at));
+  }
+  return outputs;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+/// Every document of the tree, by its path from the root.
+std::vector<std::string> AllDocuments() {
+  std::vector<std::string> documents;
+  for (auto entry = fs::recursive_directory_iterator(kRoot); entry != fs::end(entry); ++entry) {
+    const std::string name = entry->path().filename();
+    if (entry->is_directory() && (name.starts_with(".") || name == "build"))
+      entry.disable_recursion_pending();
+    if (entry->path().extension() == ".md") documents.push_back(fs::relative(entry->path(), kRoot));
+  }
+  std::sort(documents.begin(), documents.end());
+  return documents;
+}
+
+class Documents : public testing::TestWithParam<std::string> {};
+
+TEST_P(Documents, ShowWhatTheirCommandsGive) {
+  const std::vector<Command> commands = Commands(GetParam());
+  if (commands.empty()) return;
+  const std::vector<std::string> outputs = Outputs(commands);
+  ASSERT_EQ(outputs.size(), commands.size()) << "the shell ended early";
+  for (size_t i = 0; i < commands.size(); ++i) {
+    const Command& command = commands[i];
+    EXPECT_TRUE(IsShown(Lines(outputs[i]), command.shown))
+        << GetParam() << ":" << command.line << ": $ " << command.text << "\ngives:\n"
+        << outputs[i];
+  }
+}
+
+bool Succeeds(const std::string& command) {
+  return std::system((command + " >/dev/null 2>&1 </dev/null").c_str()) == 0;
+}
+
+/// A path in the tree, a pattern of paths (src/*/*.cpp), or a folder in which something is.
+bool Exists(const fs::path& directory, const std::string& path) {
+  return Succeeds("cd '" + directory.string() + "' && ls -d " + path);
+}
+
+/// Whether `netkit SUBCOMMAND ...` names a subcommand and options that there are.
+bool IsUnderstood(const std::string& command) {
+  static const std::regex subcommand("netkit ([a-z]+).*"), option("--[a-z-]+");
+  std::smatch name;
+  if (!std::regex_match(command, name, subcommand)) return true;
+  const Outcome help = RunProgram("", NETKIT_PROGRAM, name.str(1) + " --help");
+  if (help.out.find("netkit " + name.str(1) + " ") == std::string::npos) return false;
+  for (std::sregex_iterator at(command.begin(), command.end(), option), end; at != end; ++at) {
+    if (help.out.find(at->str()) == std::string::npos) return false;
+  }
+  return true;
+}
+
+TEST_P(Documents, NameWhatThereIs) {
+  static const std::regex code("`([^`]+)`"), link("\\]\\(([^)#:]+)(#[^)]*)?\\)");
+  static const std::regex path(
+      "(src|tests|docs|bench|fuzz|scripts|examples|cmake|\\.ci)/[A-Za-z0-9_.,*{}/-]*");
+  static const std::regex prompt(" *\\$ .*"), target("(sudo )?make( [a-zA-Z-]+)?( .*)?");
+  const fs::path directory = (kRoot / GetParam()).parent_path();
+  for (const Block& block : Blocks(GetParam())) {
+    const std::string where = GetParam() + ":" + std::to_string(block.line) + ": ";
+    EXPECT_TRUE(!block.language.empty() || block.lines.size() == 1) << where << "a block without a language";
+    for (const std::string& line : block.lines) {
+      EXPECT_TRUE(block.language == "console" || !std::regex_match(line, prompt))
+          << where << "a command that is not run: " << line;
+      if (std::smatch made; block.language == "sh" && std::regex_match(line, made, target)) {
+        EXPECT_TRUE(Succeeds("make -C '" + kRoot.string() + "' -n" + made.str(2))) << where << line;
+      }
+      if (!block.language.empty()) continue;
+      for (std::sregex_iterator at(line.begin(), line.end(), code), end; at != end; ++at) {
+        const std::string span = (*at)[1];
+        EXPECT_TRUE(!std::regex_match(span, path) || Exists(kRoot, span)) << where << span;
+        EXPECT_TRUE(IsUnderstood(span)) << where << span;
+      }
+      for (std::sregex_iterator at(line.begin(), line.end(), link), end; at != end; ++at) {
+        EXPECT_TRUE(Exists(directory, (*at)[1])) << where << (*at)[1];
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Documents, testing::ValuesIn(AllDocuments()), [](const auto& test) {
+  return std::regex_replace(test.param, std::regex("[^A-Za-z0-9]+"), "_");
+});
+
+TEST(Pictures, AreMadeFromTheirSource) {
+  const fs::path kept = kRoot / "docs" / "pictures";
+  const TemporaryDirectory made;
+  ASSERT_TRUE(
+      Succeeds("python3 '" + (kept / "make_pictures.py").string() + "' '" + made.path().string() + "'"));
+  int pictures = 0;
+  for (const auto& entry : fs::directory_iterator(kept)) {
+    if (entry.path().extension() != ".svg") continue;
+    EXPECT_EQ(ReadFile(made.path() / entry.path().filename()), ReadFile(entry.path())) << entry.path();
+    ++pictures;
+  }
+  EXPECT_EQ(pictures, 3);
+}
+
+/// The comparison itself: a fault in what a document shows is seen.
+TEST(DocumentChecks, SeeADifference) {
+  const std::vector<std::string> given = {"one ", "took 0.31 s", "two", "three"};
+  const auto shows = [&given](std::vector<std::string> shown) { return IsShown(given, shown); };
+  EXPECT_TRUE(shows({"one", "took     12.00 s", "two", "three"}));
+  EXPECT_TRUE(shows({"one", "...", "two", "three", "..."}));
+  EXPECT_FALSE(shows({"one", "...", "three", "two"}));
+  EXPECT_FALSE(shows({"one", "took 1 s", "two", "three"}));
+  EXPECT_FALSE(shows({"one", "took 0.31 s", "two"}));
+  EXPECT_FALSE(shows({}));
+  EXPECT_EQ(Outputs({{1, "false", {}}, {2, "echo $?", {}}, {3, "cat <<X\na\nX", {}}}),
+            (std::vector<std::string>{"", "1\n", "a\n"}));
+  EXPECT_FALSE(IsUnderstood("netkit siphons NET --no-such-option"));
+  EXPECT_FALSE(IsUnderstood("netkit nosuchcommand"));
+}
+
+}  // namespace
+}  // namespace siphons
