@@ -85,15 +85,24 @@ bool IsShown(std::span<const std::string> given, std::span<const std::string> sh
          IsShown(given.subspan(1), shown.subspan(1));
 }
 
-/// Runs the commands one after the other in one shell and returns the output of each.
-std::vector<std::string> Outputs(const std::vector<Command>& commands) {
+/// What commands find on their path: the programs, and stand-ins for what only a cluster has. `ssh` runs the
+/// command on this machine, `sbatch` runs every job of an array at once.
+void MakePrograms(const fs::path& directory) {
+  fs::create_directory(directory);
+  fs::create_symlink(SIPHONS_PROGRAM, directory / "siphons");
+  fs::create_symlink(NETKIT_PROGRAM, directory / "netkit");
+  WriteFile(directory / "ssh", "#!/bin/sh\nshift; [ \"$1\" = -- ] && shift; exec sh -c \"$*\"\n");
+  WriteFile(directory / "sbatch",
+            "#!/bin/sh\nfor i in $(seq ${1##*-}); do SLURM_ARRAY_TASK_ID=$i sh \"$2\"; done\n");
+  for (const char* name : {"ssh", "sbatch"}) fs::permissions(directory / name, fs::perms::owner_all);
+}
+
+/// Runs the commands one after the other in one shell, in a directory, and returns the output of each.
+std::vector<std::string> Outputs(const std::vector<Command>& commands, const fs::path& nets) {
   const TemporaryDirectory place;
-  const fs::path programs = place.path() / "bin", nets = place.path() / "examples";
+  const fs::path programs = place.path() / "bin";
   const fs::path script = place.path() / "script", output = place.path() / "output";
-  fs::create_directory(programs);
-  fs::create_symlink(SIPHONS_PROGRAM, programs / "siphons");
-  fs::create_symlink(NETKIT_PROGRAM, programs / "netkit");
-  fs::copy(kRoot / "examples", nets, fs::copy_options::recursive);
+  MakePrograms(programs);
 
   const std::string mark = "-- end of a command --\n";
   std::string text = "cd '" + nets.string() + "'\nstatus=0\n";
@@ -142,7 +151,9 @@ class Documents : public testing::TestWithParam<std::string> {};
 TEST_P(Documents, ShowWhatTheirCommandsGive) {
   const std::vector<Command> commands = Commands(GetParam());
   if (commands.empty()) return;
-  const std::vector<std::string> outputs = Outputs(commands);
+  const TemporaryDirectory examples;
+  fs::copy(kRoot / "examples", examples.path(), fs::copy_options::recursive);
+  const std::vector<std::string> outputs = Outputs(commands, examples.path());
   ASSERT_EQ(outputs.size(), commands.size()) << "the shell ended early";
   for (size_t i = 0; i < commands.size(); ++i) {
     const Command& command = commands[i];
@@ -206,6 +217,40 @@ INSTANTIATE_TEST_SUITE_P(All, Documents, testing::ValuesIn(AllDocuments()), [](c
   return std::regex_replace(test.param, std::regex("[^A-Za-z0-9]+"), "_");
 });
 
+/// The recipes for many nets, on kept nets: the reports are those of single runs.
+TEST(ManyNets, HaveTheReportsOfSingleRuns) {
+  constexpr uintmax_t kSmall = 3000;  // bytes of a net that every build solves at once
+  const TemporaryDirectory nets;
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(kRoot / "tests" / "golden")) {
+    const std::string name = entry.path().filename();
+    const fs::path net = entry.path() / "net.PD", info = entry.path() / "net.DEFINFO";
+    if (!fs::exists(net) || fs::file_size(net) > kSmall) continue;
+    names.push_back(name);
+    fs::copy(net, nets.path() / (name + ".PD"));
+    if (fs::exists(info)) fs::copy(info, nets.path() / (name + ".DEFINFO"));
+  }
+  EXPECT_GT(names.size(), 50u);
+  std::vector<Command> commands;
+  int recipes = 0;
+  for (const Command& command : Commands("docs/batch.md")) {
+    commands.push_back(command);
+    static const std::regex recipe("[^]*(parallel [^]*[ ]siphons|sbatch) [^]*");
+    if (!std::regex_match(command.text, recipe)) continue;
+    const std::string kept = "recipe" + std::to_string(++recipes);
+    commands.push_back({command.line + 1000, "mkdir " + kept + " && mv *.siphons " + kept, {}});
+  }
+  EXPECT_EQ(recipes, 3);
+  Outputs(commands, nets.path());
+  for (int r = 1; r <= recipes; ++r) {
+    for (const std::string& name : names) {
+      EXPECT_EQ(MaskedReport(nets.path() / ("recipe" + std::to_string(r)) / (name + ".siphons")),
+                ReadFile(kRoot / "tests" / "golden" / name / "expected.siphons"))
+          << "recipe " << r << ": " << name;
+    }
+  }
+}
+
 TEST(Pictures, AreMadeFromTheirSource) {
   const fs::path kept = kRoot / "docs" / "pictures";
   const TemporaryDirectory made;
@@ -230,7 +275,7 @@ TEST(DocumentChecks, SeeADifference) {
   EXPECT_FALSE(shows({"one", "took 1 s", "two", "three"}));
   EXPECT_FALSE(shows({"one", "took 0.31 s", "two"}));
   EXPECT_FALSE(shows({}));
-  EXPECT_EQ(Outputs({{1, "false", {}}, {2, "echo $?", {}}, {3, "cat <<X\na\nX", {}}}),
+  EXPECT_EQ(Outputs({{1, "false", {}}, {2, "echo $?", {}}, {3, "cat <<X\na\nX", {}}}, "/"),
             (std::vector<std::string>{"", "1\n", "a\n"}));
   EXPECT_FALSE(IsUnderstood("netkit siphons NET --no-such-option"));
   EXPECT_FALSE(IsUnderstood("netkit nosuchcommand"));
