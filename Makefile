@@ -4,31 +4,40 @@ NET = philosophers
 MODELDIR = $(CURDIR)/examples
 JOBS := $(shell nproc 2>/dev/null || echo 1)
 
-# Kept between runs, although only pattern rules name them.
-.SECONDARY: build/release/CMakeCache.txt build/debug/CMakeCache.txt build/asan/CMakeCache.txt \
-  build/coverage/CMakeCache.txt
+.PHONY: all run test asan bench fuzz coverage lint format format-check clean
 
-.PHONY: all run test bench asan fuzz coverage lint format format-check clean
-
+# Both programs, optimised, without tests.
 all: build/release/CMakeCache.txt
-	@cmake --build --preset release -j $(JOBS)
-
-# The report of NET, which is written beside the net.
-run:
-	@scripts/setup build
-	@$(MAKE) -s --no-print-directory build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS) --target siphons netkit -- --no-print-directory
-	@MODELDIR='$(MODELDIR)' build/release/siphons '$(NET)'
-	@cat '$(MODELDIR)/$(NET).siphons'
 
-test:
+# The report of NET, computed and kept in build/reports.
+run: build/release/CMakeCache.txt
+	@cmake --build --preset release -j $(JOBS) --target siphons netkit -- -s --no-print-directory
+	@scripts/run build/release '$(MODELDIR)' '$(NET)'
+
+build/release/CMakeCache.txt: CMakeLists.txt CMakePresets.json
+	@scripts/setup build
+	@cmake --preset release -DBUILD_TESTING=OFF >/dev/null
+	@touch $@
+
+test: test-debug
+asan: test-asan
+test-%:
 	@scripts/setup test
-	@$(MAKE) --no-print-directory test-debug
+	@cmake --preset $* >/dev/null
+	@cmake --build --preset $* -j $(JOBS) -- --no-print-directory
+	@ctest --preset $* -j $(JOBS)
+
+# The programs as another preset builds them: clang, alone.
+build-%:
+	@scripts/setup $*
+	@cmake --preset $* >/dev/null
+	@cmake --build --preset $* -j $(JOBS) -- --no-print-directory
 
 # The fast solver against the plain one, and netkit's enumeration against clingo's, each in one run.
 bench:
 	@scripts/setup bench
-	@cmake --preset release -DSIPHONS_BENCH=ON >/dev/null
+	@cmake --preset release -DBUILD_TESTING=OFF -DSIPHONS_BENCH=ON >/dev/null
 	@cmake --build --preset release -j $(JOBS) --target bench_solver bench_enumeration
 	@build/release/bench/bench_solver --benchmark_counters_tabular=true
 	@build/release/bench/bench_enumeration --benchmark_counters_tabular=true
@@ -41,19 +50,7 @@ fuzz:
 	@cmake --build --preset fuzz -j $(JOBS) --target fuzzers -- --no-print-directory
 	@scripts/fuzz $(TIME)
 
-asan:
-	@scripts/setup test
-	@$(MAKE) --no-print-directory test-asan
-
-test-%: build/%/CMakeCache.txt
-	@cmake --build --preset $* -j $(JOBS) -- --no-print-directory
-	@ctest --preset $* -j $(JOBS)
-
-build/%/CMakeCache.txt: CMakeLists.txt CMakePresets.json tests/CMakeLists.txt
-	@cmake --preset $* >/dev/null
-	@touch $@
-
-SOURCES := $(shell git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
+SOURCES = $(shell find src tests fuzz bench -name '*.cpp' -o -name '*.h')
 format:
 	@clang-format -i $(SOURCES)
 format-check:
