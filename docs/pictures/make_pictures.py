@@ -211,9 +211,13 @@ def draw_cone(path):
 def draw_stages(path):
     """From the files of the cell to its report, a box per stage with the data that leaves it."""
     report = (EXAMPLES / "cell.siphons").read_text().splitlines()
+    lines = (EXAMPLES / "cell.PD").read_text().splitlines()
+    place = next(line for line in lines if line.startswith("PLACE "))
+    a_pick = next(i for i, line in enumerate(lines) if line.startswith("TRANSITION a_pick "))
+    head = lines[a_pick].split(" RE ")[0] + " …"
     stages = [
         ("files", "cell.PD, cell.DEFINFO", "examples/",
-         ["PLACE robot 1 50 60 45 47.5", "TRANSITION a_pick 1.0 SS EXP …", "INPARCS 2", "  1 a_waiting 0", "  1 robot 0", "OUTPARCS 1", "  1 a_on_robot 0"]),
+         [place, head] + lines[a_pick + 1:a_pick + 6]),
         ("net", "load_net", "src/net/load_net.cpp",
          ["8 Place and 6 Transition records,", "texts as they stand in the file:", "", "a_pick  takes  a_waiting, robot", "        gives  a_on_robot"]),
         ("tables", "config_net, read_info", "src/structure/struct_IO.cpp",
