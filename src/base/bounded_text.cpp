@@ -18,7 +18,10 @@ size_t FormatBounded(std::span<char> buffer, const char* format, ...) {
 }
 
 void AppendBounded(std::span<char> buffer, const char* text) {
-  FormatBounded(buffer.subspan(std::strlen(buffer.data())), "%s", text);
+  const size_t length = std::strlen(buffer.data());
+  const size_t added = std::strlen(text);
+  if (length + added >= buffer.size()) TextTooLong(buffer.size(), buffer.data());
+  std::memcpy(buffer.data() + length, text, added + 1);
 }
 
 void TextTooLong(size_t size, const char* text) {

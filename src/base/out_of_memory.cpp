@@ -1,7 +1,9 @@
 #include "base/out_of_memory.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <limits>
 
 #include "base/exit_status.h"
 #include "base/process_end.h"
@@ -9,7 +11,9 @@
 namespace siphons {
 
 void OutOfMemory(uint64_t bytes) {
-  std::fprintf(stderr, "Unable to malloc %" PRIu64 " bytes\n", bytes);
+  constexpr uint64_t kGreatest = std::numeric_limits<uint32_t>::max();
+  std::fprintf(stderr, "Unable to malloc %" PRIu32 " bytes\n",
+               static_cast<uint32_t>(std::min(bytes, kGreatest)));
   EndProcess(kOutOfMemory);
 }
 
