@@ -9,7 +9,7 @@
 #include "base/fetch_path.h"
 #include "base/input_file.h"
 #include "base/process_end.h"
-#include "structure/struct_IO.h"
+#include "structure/definition_info.h"
 #include "structure/struct_vars.h"
 
 namespace siphons {

@@ -11,6 +11,7 @@
 #include "base/process_end.h"
 #include "base/timer.h"
 #include "driver/model_files.h"
+#include "driver/report.h"
 #include "siphons/siphons.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
@@ -28,7 +29,7 @@ void RefuseUnusableNet() {
     std::puts("Error: no places.");
     EndProcess(kFailure);
   }
-  // The computation does not use timing; the net types all have timed transitions.
+  // The computation does not use timing, but a net without any is none of the types that the program is for.
   if (no_timed_trans < 1) {
     std::puts("Error: no timed transitions.");
     EndProcess(kFailure);
