@@ -8,10 +8,12 @@
 #include "fuzz/harness.h"
 #include "matrix/matrix.h"
 #include "net/load_net.h"
+#include "structure/definition_info.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_subnet.h"
 #include "structure/struct_vars.h"
+#include "structure/structure_file.h"
 
 namespace {
 

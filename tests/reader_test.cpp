@@ -19,11 +19,6 @@ int32_t Record(const char* message, int32_t fatal) {
   return 0;
 }
 
-struct NetDeleter {
-  void operator()(Net* net) const { free_net(net); }
-};
-using OwnedNet = std::unique_ptr<Net, NetDeleter>;
-
 /// The reports and a captured standard output, as the default error function writes the former.
 Outcome Told(const std::string& out) {
   std::string err;
@@ -208,7 +203,7 @@ TEST(Memory, BlocksAndTheirEnds) {
   EXPECT_EQ(block[7], 'x');
   Free(block);
   EXPECT_EXIT(TableBytes(0x80000000U, 2), testing::ExitedWithCode(255),
-              "^Unable to malloc 4294967296 bytes\n$");
+              "^Unable to malloc 4294967295 bytes\n$");
   EXPECT_EXIT(DefaultError("gone", 3), testing::ExitedWithCode(3), "^Fatal: gone\n$");
 }
 

@@ -5,6 +5,9 @@
 
 #include "net/load_net.h"
 #include "net/memory.h"
+#include "structure/definition_info.h"
+#include "structure/pmf_file.h"
+#include "structure/single_access.h"
 #include "structure/sparse.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_vars.h"

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "structure/struct_subnet.h"
+#include "structure/structure_file.h"
 #include "tests/rows.h"
 
 namespace siphons {

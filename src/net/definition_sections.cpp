@@ -1,6 +1,8 @@
 // Sections that define things by text: parameters, marking-dependent delays, enabling functions and
 // multiplicities, reward measures. The texts are kept as they stand and never interpreted; each ends with
 // exactly one ';'.
+#include "net/definition_sections.h"
+
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -8,8 +10,8 @@
 #include <string_view>
 
 #include "base/bounded_text.h"
-#include "net/load_funcs.h"
-#include "net/load_net.h"
+#include "net/lookups.h"
+#include "net/name_index.h"
 #include "net/section_text.h"
 
 namespace siphons {
@@ -24,6 +26,7 @@ int32_t f_delaypar(Net& net, const char* text, int32_t occurrence) {
       std::sscanf(text, "%s %s %lg %lg", words[0], words[1], &parameter.pos.x, &parameter.pos.y);
   if (items < 4) return Fault(net, "Invalid definition parameter");
   StoreText(parameter.name, words[0]);
+  net.names->delaypars.Add(parameter.name, occurrence);
   parameter.is_value = std::string_view(words[1]) != "<MD>" ? 1 : 0;
   if (parameter.is_value != 0) std::sscanf(words[1], "%lg", &parameter.value);
   return 0;

@@ -1,7 +1,9 @@
+#include "net/free_net.h"
+
 #include <algorithm>
 
 #include "net/memory.h"
-#include "net/net.h"
+#include "net/name_index.h"
 
 namespace siphons {
 
@@ -13,6 +15,26 @@ void FreeArcs(NetArc* arcs, int32_t count) {
     Free(arc.point);
   });
   Free(arcs);
+}
+
+/// Releases what the transition owns, but for the two texts that it keeps.
+void FreeTransition(NetTransition& t) {
+  NetTransition rest{};
+  Free(t.name);
+  if (t.delay_type == kDelayMarkdep) {
+    Free(t.delay.text);
+  } else {
+    rest.delay.text = t.delay.text;
+  }
+  if (t.type == kImmediate) {
+    Free(t.md_enable);
+  } else {
+    rest.md_enable = t.md_enable;
+  }
+  FreeArcs(t.inarcs, t.ninarcs);
+  FreeArcs(t.outarcs, t.noutarcs);
+  FreeArcs(t.inharcs, t.ninharcs);
+  t = rest;
 }
 
 /// Calls release(record) for all slots of a table whose count may still be "not announced", then releases the
@@ -34,20 +56,13 @@ void free_net(Net* net) {
     Free(parameter.text);
   });
   FreeTable(net->places, net->place_slots, [](const NetPlace& place) { Free(place.name); });
-  std::for_each(net->transitions, net->transitions + net->transition_slots, [](NetTransition& t) {
-    Free(t.name);
-    Free(t.delay.text);
-    Free(t.md_enable);
-    FreeArcs(t.inarcs, t.ninarcs);
-    FreeArcs(t.outarcs, t.noutarcs);
-    FreeArcs(t.inharcs, t.ninharcs);
-    t = {};
-  });
+  std::for_each(net->transitions, net->transitions + net->transition_slots, FreeTransition);
   Abandon(net->transitions);
   FreeTable(net->rewards, net->reward_slots, [](const RewardMeasure& measure) {
     Free(measure.name);
     Free(measure.def);
   });
+  delete net->names;
   Free(net);
 }
 

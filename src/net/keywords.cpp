@@ -1,4 +1,8 @@
-#include "net/load_funcs.h"
+#include "net/keywords.h"
+
+#include "net/definition_sections.h"
+#include "net/place_sections.h"
+#include "net/transition_sections.h"
 
 namespace siphons {
 

@@ -9,33 +9,31 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include "base/bounded_text.h"
 #include "base/fetch_path.h"
 #include "base/input_file.h"
-#include "net/load_funcs.h"
+#include "net/keywords.h"
+#include "net/line_reader.h"
 #include "net/memory.h"
+#include "net/name_index.h"
+#include "net/section_text.h"
 
 namespace siphons {
 
 namespace {
 
-constexpr size_t kPathBuffer = 512;
+constexpr size_t kFileNameBuffer = 512;
 constexpr size_t kMessageBuffer = 256;
 constexpr size_t kSectionBuffer = 102400;
 
 using Message = std::array<char, kMessageBuffer>;
 
-/// An error function may throw; the net is then released.
-struct NetReleaser {
-  void operator()(Net* net) const { free_net(net); }
-};
-
-Net* NewNet(const char* name, ErrorFunc errorFunc) {
-  Net* const net = NewTable<Net>(1);
+OwnedNet NewNet(const char* name, ErrorFunc errorFunc) {
+  OwnedNet net(NewTable<Net>(1));
+  net->names = new NetNames;
   if (name != nullptr) net->name = nStrdup(name);
   net->nplaces = net->ntrans = net->ndelaypars = net->nrewards = -1;
   net->error_func = errorFunc != nullptr ? errorFunc : DefaultError;
@@ -50,14 +48,14 @@ void TellUnreadable(const Net& net) {
 
 /// Opens the file of a net, as named or below MODELDIR; leaves the stream closed after a report.
 void OpenNetFile(const Net& net, std::ifstream& file) {
-  std::array<char, kPathBuffer> path;
+  std::array<char, kFileNameBuffer> path;
   FormatBounded(path, std::strstr(net.name, ".PD") != nullptr ? "%s" : "%s.PD", net.name);
   OpenInput(file, path.data());
   if (file.is_open()) return;
   const char* const modelDirectory = std::getenv("MODELDIR");
   if (modelDirectory != nullptr) {
-    std::array<char, kPathBuffer> below;
-    std::array<char, kPathBuffer> whole;
+    std::array<char, kFileNameBuffer> below;
+    std::array<char, kFileNameBuffer> whole;
     FormatBounded(below, "/%s", path.data());
     fetch_path(below.data());
     FormatBounded(whole, "%s%s", modelDirectory, below.data());
@@ -116,10 +114,9 @@ class Section {
 
 void ReadSections(Net& net, std::istream& in) {
   Section section(net);
-  std::string line;
-  // A last line without a line end does not count: reading stops as soon as the end of the file is met.
-  while (std::getline(in, line) && !in.eof()) {
-    const char* const text = skip_white(line.c_str());
+  LineReader lines(in);
+  while (const char* const line = lines.Next()) {
+    const char* const text = skip_white(line);
     if (*text == '\0' || std::strncmp(text, "--", 2) == 0) continue;
     section.Take(text);
   }
@@ -190,7 +187,7 @@ void CheckCounts(Net& net) {
 }  // namespace
 
 Net* load_net(const char* name, ErrorFunc errorFunc, bool warnSingleServer) {
-  std::unique_ptr<Net, NetReleaser> net(NewNet(name, errorFunc));
+  OwnedNet net = NewNet(name, errorFunc);  // an error function may throw
   for (Keyword& keyword : keylist) keyword.count = 0;
   if (name != nullptr) {
     std::ifstream file;

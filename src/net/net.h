@@ -1,17 +1,23 @@
 // The net model: everything that a net description file says, also what the siphon computation never uses
 // (drawing positions, delays, functions, measures), so that the reader can serve other analyses.
 //
-// Tables are arrays of zero-filled records of the announced size; a record whose name is null is a free slot.
-// The net owns its tables, every text is a private copy, and references point into the net's own tables. A
-// tag says which of the fields next to it holds the value.
+// A table is an array of records, zero-filled and of the announced size, with one slot for each announced
+// item; a slot whose name is null has not been filled. The net owns its tables and a copy of every text.
+// Pointers to records point into tables of the same net. Where a value may have one of two forms, the field
+// `is_value` or `delay_type` says which field holds it.
+//
+// A place takes some 80 bytes and its name, a transition some 300, an arc 40 and its points; a net of 50,000
+// places and 150,000 arcs about 30 MB.
 #pragma once
 
 #include <cstdint>
 
 namespace siphons {
 
-/// Reports a message. `fatal` is 0 for a warning, else the exit status that the default uses; the default
-/// does not return from a fatal report.
+struct NetNames;  // name_index.h
+
+/// Reports a message. `fatal` is 0 for a warning, otherwise the exit status with which DefaultError ends the
+/// process; another error function may return from a fatal report, too.
 using ErrorFunc = int32_t (*)(const char* message, int32_t fatal);
 
 enum NetType : int32_t { kGspn = 0, kDspn = 1, kEdspn = 2, kCdspn = 3 };
@@ -34,7 +40,7 @@ struct Position {
 struct DelayPar {
   char* name;
   uint8_t is_value;  ///< 1: value; 0: text, null until it is defined
-  double value;      ///< reads as 0 once a text has been given
+  double value;      ///< 0 once a text has been given
   char* text;
   Position pos;
 };
@@ -75,7 +81,7 @@ struct NetTransition {
   NetArc *inarcs, *outarcs, *inharcs;
   Position pos, name_pos, delay_pos;
   int32_t orient;
-  int16_t aux_count;  ///< the three auxiliary fields are kept and never read
+  int16_t aux_count;  ///< the three auxiliary fields are stored and never read
   int32_t aux_flag;
   double aux_value;
   int32_t has_md_arcs;  ///< 1 when an arc was written as marking dependent
@@ -101,10 +107,12 @@ struct Net {
   DelayPar* delaypars;
   int32_t nrewards, reward_slots;
   RewardMeasure* rewards;
+  NetNames* names;  ///< the slots of places, transitions and parameters by name; owned
 };
 
-/// Releases a net and what it owns, but for the transition table itself, which is kept on purpose: it stays
-/// reachable until the process ends. Null is ignored.
-void free_net(Net* net);
+/// A text of the net, or "" for one that it does not have: a slot that was never filled has no name.
+inline const char* TextOrEmpty(const char* text) {
+  return text != nullptr ? text : "";
+}
 
 }  // namespace siphons

@@ -1,11 +1,13 @@
 // Header sections (net type, description, announced counts) and place sections.
+#include "net/place_sections.h"
+
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 
-#include "net/load_funcs.h"
-#include "net/load_net.h"
+#include "net/lookups.h"
 #include "net/memory.h"
+#include "net/name_index.h"
 #include "net/section_text.h"
 
 namespace siphons {
@@ -18,6 +20,7 @@ struct Table {
   int32_t& count;
   int32_t& slots;
   Record*& records;
+  NameIndex* names;  ///< or null, where nothing looks the table's names up
 };
 
 /// Announces a table: a second announcement starts a new table, and arcs may still refer into the old one.
@@ -28,6 +31,7 @@ int32_t Announce(const Net& net, const char* text, int32_t lowest, const char* f
   Abandon(table.records);
   table.records = NewTable<Record>(announced);
   table.count = table.slots = announced;
+  if (table.names != nullptr) table.names->Clear();
   return 0;
 }
 
@@ -50,22 +54,23 @@ int32_t f_descr(Net& net, const char* text, int32_t) {
 
 int32_t f_nplaces(Net& net, const char* text, int32_t) {
   return Announce(net, text, 1, "Invalid number of places",
-                  Table<NetPlace>{net.nplaces, net.place_slots, net.places});
+                  Table<NetPlace>{net.nplaces, net.place_slots, net.places, &net.names->places});
 }
 
 int32_t f_ntrans(Net& net, const char* text, int32_t) {
-  return Announce(net, text, 1, "Invalid number of transitions",
-                  Table<NetTransition>{net.ntrans, net.transition_slots, net.transitions});
+  return Announce(
+      net, text, 1, "Invalid number of transitions",
+      Table<NetTransition>{net.ntrans, net.transition_slots, net.transitions, &net.names->transitions});
 }
 
 int32_t f_ndelaypar(Net& net, const char* text, int32_t) {
   return Announce(net, text, 0, "Invalid number of delay parameters",
-                  Table<DelayPar>{net.ndelaypars, net.delaypar_slots, net.delaypars});
+                  Table<DelayPar>{net.ndelaypars, net.delaypar_slots, net.delaypars, &net.names->delaypars});
 }
 
 int32_t f_nrewards(Net& net, const char* text, int32_t) {
   return Announce(net, text, 0, "Invalid number of reward measures",
-                  Table<RewardMeasure>{net.nrewards, net.reward_slots, net.rewards});
+                  Table<RewardMeasure>{net.nrewards, net.reward_slots, net.rewards, nullptr});
 }
 
 int32_t f_place(Net& net, const char* text, int32_t occurrence) {
@@ -78,6 +83,7 @@ int32_t f_place(Net& net, const char* text, int32_t occurrence) {
   std::sscanf(text, "%s %s %lf %lf %lf %lf", words[0], words[1], &place.pos.x, &place.pos.y,
               &place.name_pos.x, &place.name_pos.y);
   StoreText(place.name, words[0]);
+  net.names->places.Add(place.name, occurrence);
   const char* const marking = words[1];
   place.is_value = 1;
   if (std::isalpha(static_cast<unsigned char>(marking[0])) == 0) {

@@ -1,8 +1,10 @@
 // Reading words and numbers of a section, for the handlers.
 //
 // Sections are read with sscanf, whose rules for numbers ("%i" takes 0x10 and 010, "%lg" takes inf) are the
-// file format's rules. Words are as long as the section, so every word buffer is as long as the text that is
-// read.
+// file format's rules. A word may fill the whole section, so every word buffer is as long as the text that is
+// read. sscanf measures all of its text before it reads the first word; where a section is read in many small
+// steps, each step is given its own few words only (FirstWords), or reading would take the square of the
+// section's length.
 #pragma once
 
 #include <cstdint>
@@ -25,6 +27,17 @@ class Words {
   std::vector<char> buffer_;
 };
 
+/// The next few words of a text, cut off from the rest of it.
+class FirstWords {
+ public:
+  /// The first `count` words with the blanks before each, or all of the text where it has fewer. Valid until
+  /// the next call.
+  const char* Of(const char* text, int32_t count);
+
+ private:
+  std::string copy_;
+};
+
 /// The token as a decimal integer, the low 32 bits of it; 0 when it is none.
 int32_t DecimalInteger(const char* token);
 
@@ -43,5 +56,8 @@ bool ReadNamedText(const char* text, NamedText* definition);
 
 /// Reports a fatal fault of the file; returns 0 for the handler to return.
 int32_t Fault(const Net& net, const char* message);
+
+/// The text after its leading blanks and tabs.
+const char* skip_white(const char* text);
 
 }  // namespace siphons

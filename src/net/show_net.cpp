@@ -1,10 +1,12 @@
 // The listing of a net. Its layout is fixed to the byte, uneven as it is in places: values stand in angle
 // brackets here and in quotes there, and a marking-dependent multiplicity shares its line with the arc's
 // points.
+#include "net/show_net.h"
+
 #include <cstdio>
 #include <span>
 
-#include "net/load_net.h"
+#include "net/default_error.h"
 
 namespace siphons {
 

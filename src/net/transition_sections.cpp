@@ -1,14 +1,16 @@
 // Transition sections: a head in one of two forms, then the input, output and inhibitor arcs. Every read goes
 // on where the one before stopped, so line breaks inside a section are blanks like any other.
+#include "net/transition_sections.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
 
-#include "net/load_funcs.h"
-#include "net/load_net.h"
+#include "net/lookups.h"
 #include "net/memory.h"
+#include "net/name_index.h"
 #include "net/section_text.h"
 
 namespace siphons {
@@ -87,13 +89,14 @@ bool TakeDelay(const Net& net, const char* token, NetTransition& t) {
 
 /// Reads the points of an arc; returns the position behind them, or null after a report.
 const char* ReadPoints(const Net& net, const char* text, NetArc& arc) {
+  FirstWords coordinates;
   const int32_t announced = arc.npoints;
   arc.npoints = 0;
   arc.point = NewTable<Position>(announced);
   for (; arc.npoints < announced; ++arc.npoints) {
     Position& point = arc.point[arc.npoints];
     int32_t length = 0;
-    if (std::sscanf(text, "%lg %lg%n", &point.x, &point.y, &length) != 2) {
+    if (std::sscanf(coordinates.Of(text, 2), "%lg %lg%n", &point.x, &point.y, &length) != 2) {
       Fault(net, "Invalid points definition");
       return nullptr;
     }
@@ -106,10 +109,11 @@ const char* ReadPoints(const Net& net, const char* text, NetArc& arc) {
 /// after a report.
 const char* t_get_arcs(const Net& net, const char* text, int32_t announced, NetArc* arcs, int32_t* read) {
   Words<2> words(std::strlen(text));
+  FirstWords head;
   while (*read < announced) {
     NetArc& arc = arcs[*read];
     int32_t length = 0;
-    if (std::sscanf(text, "%s %s %i%n", words[0], words[1], &arc.npoints, &length) != 3) {
+    if (std::sscanf(head.Of(text, 3), "%s %s %i%n", words[0], words[1], &arc.npoints, &length) != 3) {
       Fault(net, "Invalid ARC definition");
       return nullptr;
     }
@@ -158,6 +162,7 @@ int32_t f_trans(Net& net, const char* text, int32_t occurrence) {
   const int32_t headLength = ReadHead(text, words, t);
   if (headLength == 0) return Fault(net, "Invalid TRANSITION definition");
   StoreText(t.name, words[kName]);
+  net.names->transitions.Add(t.name, occurrence);
   t.inf_server = std::string_view(words[kServer]) == "IS" ? 1 : 0;
   t.f_policy = PolicyOf(words[kPolicy]);
   t.type = TypeOf(words[kType]);

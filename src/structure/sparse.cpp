@@ -1,6 +1,7 @@
 #include "structure/sparse.h"
 
 #include <cstdio>
+#include <map>
 
 #include "base/arithmetic.h"
 #include "base/exit_status.h"
@@ -58,15 +59,29 @@ void sp_insert(sp_entry** row, sp_entry* element) {
   *place = element;
 }
 
-int32_t sp_access(sp_matrix m, int32_t row, int32_t column) {
-  const sp_entry* element = m[row];
-  while (element != nullptr && element->index < column) element = element->next;
-  return element != nullptr && element->index == column ? element->value : 0;
-}
-
-void sp_input(sp_matrix m, int32_t row, int32_t column, int32_t value) {
-  for (sp_entry* element = m[row]; element != nullptr; element = element->next) {
-    if (element->index == column) element->value = value;
+void sp_insert_all(sp_entry** row, std::span<sp_entry* const> elements) {
+  std::map<int32_t, sp_entry*> groups;  // the elements of each index, linked in their order
+  for (sp_entry* element = *row; element != nullptr;) {
+    groups.try_emplace(element->index, element);
+    sp_entry* const next = element->next;
+    if (next != nullptr && next->index != element->index) element->next = nullptr;
+    element = next;
+  }
+  for (sp_entry* const element : elements) {
+    const auto [group, isNew] = groups.try_emplace(element->index, element);
+    if (isNew) {
+      element->next = nullptr;
+      continue;
+    }
+    const bool holdsHead = group == groups.begin();
+    sp_entry** const place = holdsHead ? &group->second->next : &group->second;
+    element->next = *place;
+    *place = element;
+  }
+  sp_entry** end = row;
+  for (const auto& [index, first] : groups) {
+    *end = first;
+    while (*end != nullptr) end = &(*end)->next;
   }
 }
 

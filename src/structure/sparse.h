@@ -1,9 +1,10 @@
-// Sparse matrices of one row per transition and one column per place (sp_entry in struct_vars.h): arc rows,
-// element by element combination, access to elements, and the dense form. Elements are owned by their rows
+// Sparse matrices of one row per transition and one column per place (sp_entry in struct_vars.h): insertion,
+// combination element by element, and the dense form. Elements are owned by their rows
 // and never released.
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "matrix/matrix.h"
 #include "structure/struct_vars.h"
@@ -28,11 +29,8 @@ int32_t minus(const sp_entry* a, const sp_entry* b, sp_entry* out);
 /// before other elements of the same index.
 void sp_insert(sp_entry** row, sp_entry* element);
 
-/// The first value at (row, column), or 0.
-int32_t sp_access(sp_matrix m, int32_t row, int32_t column);
-
-/// Sets every element at (row, column) to the value; inserts none.
-void sp_input(sp_matrix m, int32_t row, int32_t column, int32_t value);
+/// sp_insert of one element after the other, in time k log k for k elements in all.
+void sp_insert_all(sp_entry** row, std::span<sp_entry* const> elements);
 
 /// New dense matrix of no_trans rows and no_places columns; the first element of a column counts. The caller
 /// owns it.

@@ -1,20 +1,19 @@
 // From the net model to the structural tables.
 #include "structure/struct_IO.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
-#include <memory>
 #include <span>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "base/bounded_text.h"
 #include "base/exit_status.h"
-#include "base/output_file.h"
 #include "base/process_end.h"
 #include "net/load_net.h"
 #include "net/memory.h"
+#include "net/name_index.h"
+#include "structure/pmf_file.h"
 #include "structure/sparse.h"
 #include "structure/struct_vars.h"
 
@@ -22,42 +21,38 @@ namespace siphons {
 
 namespace {
 
-/// The name of a slot that was never filled reads as the empty name.
-const char* NameOf(const char* name) {
-  return name != nullptr ? name : "";
-}
+/// The numbers of the places in the structural table, by name.
+NameIndex placeNumbers;
 
 /// The number of the place of this name; ends the process when there is none.
 int32_t PlaceNumber(const char* placeName) {
   std::array<char, 50> name;
   FormatBounded(name, "%s", placeName);
-  const struct_place* const end = places + no_places;
-  const struct_place* const place = std::find_if(places, places + no_places, [&name](const struct_place& p) {
-    return std::strcmp(p.name, name.data()) == 0;
-  });
-  if (place == end) {
+  const int32_t number = placeNumbers.Find(name.data());
+  if (number == NameIndex::kNone) {
     std::printf("Unknown place %s in arc definition\n", name.data());
     EndProcess(kFailure);
   }
-  return static_cast<int32_t>(place - places);
+  return number;
 }
 
-void InsertArc(const NetArc& arc, sp_entry** row) {
+sp_entry* NewArc(const NetArc& arc) {
   constexpr int32_t kMarkingDependentValue = 1;  // counts as an arc; the text is not evaluated
+  const int32_t place = PlaceNumber(TextOrEmpty(arc.place->name));
   sp_entry* const element = NewTable<sp_entry>(1);
-  element->index = PlaceNumber(NameOf(arc.place->name));
+  element->index = place;
   if (arc.is_value != 0) {
     element->value = arc.multiplicity;
   } else {
     element->value = kMarkingDependentValue;
-    places[element->index].md_arc = 1;
+    places[place].md_arc = 1;
   }
-  sp_insert(row, element);
+  return element;
 }
 
 void ConfigPlace(const NetPlace& source, struct_place& place) {
   constexpr uint32_t kMarkTextBuffer = 16;
-  FormatBounded(place.name, "%s", NameOf(source.name));
+  FormatBounded(place.name, "%s", TextOrEmpty(source.name));
   if (source.marking_par == nullptr) {
     place.init_mark = source.marking;
     char* const text = NewTable<char>(kMarkTextBuffer);
@@ -85,7 +80,7 @@ StructuralKind KindOf(TransitionType type) {
 
 void ConfigTransition(const NetTransition& source, int32_t t, struct_trans& transition) {
   transition.index = t;
-  FormatBounded(transition.name, "%s", NameOf(source.name));
+  FormatBounded(transition.name, "%s", TextOrEmpty(source.name));
   transition.priority = source.priority;
   transition.md_arc = source.has_md_arcs;
   if (source.delay_type == kDelayNumber) {
@@ -102,8 +97,8 @@ void ConfigTransition(const NetTransition& source, int32_t t, struct_trans& tran
 
 }  // namespace
 
-void LoadModel(const char* path) {
-  model = load_net(path, nullptr, false);
+void LoadModel(const char* path, ErrorFunc errorFunc) {
+  model = load_net(path, errorFunc, false);
   if (model != nullptr) return;
   std::printf("ERROR: could not read %s properly\n", path);
   EndProcess(kFailure);
@@ -126,9 +121,13 @@ int32_t config_net(const Net& net) {
   for (int32_t i = 0; i < net.ndelaypars; ++i) {
     const DelayPar& parameter = net.delaypars[i];
     const bool isText = parameter.is_value == 0;
-    r_par[i] = {NameOf(parameter.name), isText ? 1 : 0, isText ? 0 : parameter.value};
+    r_par[i] = {TextOrEmpty(parameter.name), isText ? 1 : 0, isText ? 0 : parameter.value};
   }
-  for (int32_t p = 0; p < no_places; ++p) ConfigPlace(net.places[p], places[p]);
+  placeNumbers.Clear();
+  for (int32_t p = 0; p < no_places; ++p) {
+    ConfigPlace(net.places[p], places[p]);
+    placeNumbers.Add(places[p].name, p);
+  }
   for (int32_t t = 0; t < no_trans; ++t) {
     ConfigTransition(net.transitions[t], t, transitions[t]);
     for (const ArcKind kind : {kInputArc, kOutputArc, kInhibitorArc}) config_arcs(net, t, kind);
@@ -150,24 +149,11 @@ int32_t config_arcs(const Net& net, int32_t t, int32_t which) {
     arcs = {source.inharcs, static_cast<size_t>(source.ninharcs)};
     rows = h_matrix;
   }
-  for (const NetArc& arc : arcs) InsertArc(arc, &rows[t]);
+  std::vector<sp_entry*> elements;
+  elements.reserve(arcs.size());
+  for (const NetArc& arc : arcs) elements.push_back(NewArc(arc));
+  if (rows != nullptr) sp_insert_all(&rows[t], elements);
   return 0;
-}
-
-void generate_pmf(const char* path, const Net& net) {
-  std::array<char, 256> name;
-  FormatBounded(name, "%s.pmf", path);
-  const auto write = [&net](std::FILE* file) {
-    for (int32_t t = 0; t < net.ntrans; ++t) {
-      const NetTransition& transition = net.transitions[t];
-      if (transition.type != kGeneral) continue;
-      std::fprintf(file, "TRANSITION %s\n%s\n\n", NameOf(transition.name), NameOf(transition.delay.text));
-    }
-  };
-  if (!WriteWholeFile(name.data(), write)) {
-    std::printf("ERROR: unable to create file '%s'\n", name.data());
-    EndProcess(kFailure);
-  }
 }
 
 }  // namespace siphons

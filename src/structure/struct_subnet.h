@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 
 #include "structure/struct_vars.h"
 
@@ -19,7 +18,8 @@ struct ecs_rec {
   ecs_rec* next;
 };
 
-/// Tables have one entry per transition, place_list one per place. Nothing is ever released.
+/// One subnet. place_list has one entry per place of the subnet, every other table one per transition.
+/// Nothing is ever released.
 struct subnet_rec {
   int32_t number;  ///< 1 for the timed transitions, then 2, 3, … in the order found
   int32_t ntrans;
@@ -29,7 +29,7 @@ struct subnet_rec {
   int32_t* place_list;
   byte_set* tsets_a;  ///< per transition, or null: an analysis outside this program would fill them
   byte_set* tsets_b;
-  ecs_rec* ecs;  ///< null here, likewise
+  ecs_rec* ecs;  ///< null, for the same reason
   sp_matrix i_rows, o_rows, h_rows;
   sp_matrix c_rows;  ///< O - I
   subnet_rec* next;
@@ -70,16 +70,5 @@ void inner_matrix(const subnet_rec* subnet, sp_entry** out, const sp_entry* row)
 
 /// Replaces the subnet's arc rows by renumbered copies of the global rows of its transitions.
 void get_subnet_matrices(subnet_rec* subnet);
-
-/// Writes the structural analysis file; with subnet_bit or ecs_bit set also a summary to standard output.
-void subnet_output(std::FILE* stream);
-
-/// Writes a sparse row, or a set, as one line.
-void write_sparse(std::FILE* stream, const sp_entry* row);
-void write_set(std::FILE* stream, const uint8_t* set);
-
-/// Bits that the marking of a place with this bound needs, at least 1, and 16-bit words for a sum of bits.
-int32_t BitsOfBound(int32_t bound);
-int32_t WordsOfBits(int32_t bits);
 
 }  // namespace siphons

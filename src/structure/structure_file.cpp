@@ -1,6 +1,8 @@
 // The structural analysis file: the decomposed net as plain text for a later analysis, and a readable summary
 // of it on standard output while the switches are set. Numbers are separated by blanks, and every line of
 // numbers but the plain counts ends with one.
+#include "structure/structure_file.h"
+
 #include <cmath>
 #include <cstdio>
 
@@ -11,7 +13,7 @@ namespace siphons {
 
 namespace {
 
-/// The file numbers the kinds anew.
+/// The number that a kind has in the file, which is not that of the table.
 int32_t FileKind(StructuralKind kind) {
   switch (kind) {
     case kKindExponential:

@@ -88,8 +88,9 @@ void TakeTransitionsOf(subnet_rec* subnet, int32_t p) {
   }
 }
 
-/// Adds everything that is connected with the subnet's first transition, directly or not.
-void Close(subnet_rec* subnet) {
+/// The transitive closure of connection: adds everything that is connected with the subnet's first
+/// transition, directly or through others.
+void TakeConnected(subnet_rec* subnet) {
   int32_t nextTransition = 0;
   int32_t nextPlace = 0;
   while (nextTransition < subnet->ntrans) {
@@ -109,7 +110,7 @@ subnet_rec* ImmediateSubnet(int32_t seed) {
       std::count_if(places, places + no_places, [](const struct_place& p) { return p.subnet == 0; }));
   subnet_rec* const subnet = NewSubnet(no_subnets + 1, transitionRoom, placeRoom);
   found_transition(subnet, seed, subnet->ntrans++);
-  Close(subnet);
+  TakeConnected(subnet);
   sort_places(subnet);
   get_subnet_matrices(subnet);
   for (int32_t j = 0; j < subnet->ntrans; ++j) {

@@ -27,6 +27,7 @@ namespace {
 #include "structure/struct_IO.h"
 #include "structure/struct_subnet.h"
 #include "structure/struct_vars.h"
+#include "structure/structure_file.h"
 
 namespace {
 
