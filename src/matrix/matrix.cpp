@@ -1,6 +1,7 @@
-// Life of a matrix: rows are blocks of their own, so growing costs one new row-pointer array and the new
-// rows, and truncating costs the dropped rows only. The solver grows its tables a thousand rows at a time on
-// this account.
+// Life of a matrix: rows are blocks of their own, so growing costs the new rows and truncating the dropped
+// ones. The solver grows its tables a thousand rows at a time on this account. The array of row pointers has
+// slots to spare, half as many again whenever it is full, so that a table of millions of rows is not copied
+// thousands of times.
 #include "matrix/matrix.h"
 
 #include <algorithm>
@@ -40,11 +41,24 @@ bool TryRows(int32_t** rows, uint32_t first, uint32_t end, uint32_t columns) {
   return true;
 }
 
+/// Makes room for the pointers of `rows` rows; false when memory ran out.
+bool HaveSlots(Matrix* m, uint32_t rows) {
+  if (rows <= m->slots) return true;
+  const uint32_t slots = std::max(rows, m->slots + m->slots / 2);
+  int32_t** const grown = TryBlock<int32_t*>(slots);
+  if (grown == nullptr) return false;
+  std::copy_n(m->p, m->NbRows, grown);
+  std::free(m->p);
+  m->p = grown;
+  m->slots = slots;
+  return true;
+}
+
 }  // namespace
 
 Matrix* BuildMat(uint32_t rows, uint32_t columns) {
   Matrix* m = Block<Matrix>(1);
-  *m = {rows, columns, Block<int32_t*>(rows)};
+  *m = {rows, columns, Block<int32_t*>(rows), rows};
   if (!TryRows(m->p, 0, rows, columns)) OutOfMemory(uint64_t{columns} * sizeof(int32_t));
   return m;
 }
@@ -64,15 +78,10 @@ Matrix* IdentityMat(uint32_t n) {
 int32_t ResizeRows(Matrix** m, int32_t extra) {
   Matrix* const matrix = *m;
   const uint32_t rows = matrix->NbRows + static_cast<uint32_t>(extra);
-  int32_t** const grown = TryBlock<int32_t*>(rows);
-  if (grown == nullptr || !TryRows(grown, matrix->NbRows, rows, matrix->NbColumns)) {
-    std::free(grown);
+  if (!HaveSlots(matrix, rows) || !TryRows(matrix->p, matrix->NbRows, rows, matrix->NbColumns)) {
     std::puts("RESIZEROWS: no more memory available!");
     return 2;
   }
-  std::copy_n(matrix->p, matrix->NbRows, grown);
-  std::free(matrix->p);
-  matrix->p = grown;
   matrix->NbRows = rows;
   return 0;
 }

@@ -15,7 +15,8 @@ namespace siphons {
 struct Matrix {
   uint32_t NbRows;     ///< below 2^31
   uint32_t NbColumns;  ///< length of every row
-  int32_t** p;         ///< p[r] is row r; slots from NbRows on may exist and are stale
+  int32_t** p;         ///< p[r] is row r; slots from NbRows on are stale
+  uint32_t slots;      ///< of p, at least NbRows
 };
 
 /// New matrix, entries not initialised. The caller owns it.
