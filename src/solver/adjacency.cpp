@@ -14,6 +14,8 @@
 
 namespace siphons {
 
+InstructionSet pairSearchInstructions = BestInstructionSet();
+
 namespace {
 
 /// The tests of one constraint's new rays with their positive parents, against all rays.
@@ -46,16 +48,10 @@ class ParentTests {
   }
 
   bool RunTests(uint32_t violator, uint32_t satisfier) {
-    if (!search_) search_.emplace(0, k_, BestKernels());
-    search_->Fix(violator, 0);
-    size_t i = 0;
-    while (i < search_->CandidateCount() && search_->Candidate(i) < satisfier) ++i;
-    if (i == search_->CandidateCount() || search_->Candidate(i) != satisfier) {
-      ++quickcounter;
-      ++redcounter;
-      return false;
-    }
-    if (search_->IsAdjacent(i)) return true;
+    if (!search_) search_.emplace(0, k_, pairSearchInstructions);
+    const Adjacency adjacency = search_->Test(violator, satisfier);
+    if (adjacency == Adjacency::kAdjacent) return true;
+    if (adjacency == Adjacency::kShareTooFew) ++quickcounter;
     ++redcounter;
     return false;
   }
@@ -87,24 +83,18 @@ int32_t FilePairsWithParents(uint32_t k, uint32_t moved) {
 }
 
 int32_t FilePairsOnFacet(uint32_t k, uint32_t first) {
-  AdjacencySearch search(first, k, BestKernels());
+  std::optional<AdjacencySearch> search;
   uint32_t group = first;
   for (;;) {
     const int32_t due = FirstViolated(group);
     const int32_t next = GetBorder(due);
     if (due == maxMinF || next < 0) return 0;
     const uint32_t end = static_cast<uint32_t>(next);
-    const uint32_t target = static_cast<uint32_t>(due);
-    const bool between = static_cast<int32_t>(k) < due - 1;
-    if (between) MaskConstraintsBetween(k, target);
+    if (!search) search.emplace(first, k, pairSearchInstructions);
+    search->ChoosePartners(end, static_cast<uint32_t>(due));
     for (uint32_t a = group; a < end; ++a) {
-      search.Fix(a, end);
-      for (size_t i = 0; i < search.CandidateCount(); ++i) {
-        const uint32_t b = search.Candidate(i);
-        if (!SatBit(b, target)) continue;
-        if (between && SaturateCommonConstraint(k, target, a, b)) continue;
-        ++solveCounts.tests;
-        if (search.IsAdjacent(i) && FilePair(due, a, b) != 0) return 1;
+      for (const uint32_t b : search->AdjacentPartners(a, solveCounts.tests)) {
+        if (FilePair(due, a, b) != 0) return 1;
       }
     }
     group = end;

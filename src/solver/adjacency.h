@@ -8,9 +8,13 @@
 
 #include <cstdint>
 
+#include "solver/bit_kernels.h"
 #include "solver/sharedVars.h"
 
 namespace siphons {
+
+/// The instruction set of the pair search: the best that the machine has, unless a test chooses another.
+extern InstructionSet pairSearchInstructions;
 
 /// The first constraint from the current one on that the ray of a row violates.
 inline int32_t FirstViolated(uint32_t row) {

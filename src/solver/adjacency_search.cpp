@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <numeric>
+#include <cassert>
 
 #include "solver/sharedVars.h"
 
@@ -10,126 +10,163 @@ namespace siphons {
 
 namespace {
 
-constexpr size_t Padded(size_t count, size_t unit) {
-  return (count + unit - 1) / unit * unit;
-}
-
 /// The least number of constraints up to k that the rows of an adjacent pair saturate in common.
 uint32_t LeastCommon() {
   return Dimension >= 3 ? Dimension - 3 : 0;
 }
 
-/// Calls see(c) for the constraints up to k that a row of the solve saturates.
-template <typename See>
-void ForEachSaturated(uint32_t row, uint32_t k, See see) {
+/// The constraints `from` to `last` that a row of the solve saturates, into words from / 64 to last / 64; the
+/// first constraint of a word is its highest bit.
+void SaturatedConstraints(uint32_t row, uint32_t from, uint32_t last, uint64_t* words) {
   const uint32_t* const bits = SatWords(row);
-  for (uint32_t w = 0; w <= WordOf(k); ++w) {
-    uint32_t saturated = ~bits[w];
-    if (w == WordOf(k)) saturated &= ~(BitOf(k) - 1);
-    for (; saturated != 0; saturated &= ~BitOf(static_cast<uint32_t>(std::countl_zero(saturated)))) {
-      see(32 * w + static_cast<uint32_t>(std::countl_zero(saturated)));
-    }
+  for (uint32_t w = from / 64; w <= last / 64; ++w) {
+    const uint64_t high = bits[2 * w];
+    const uint64_t low = 2 * w + 1 < nc ? bits[2 * w + 1] : 0;
+    uint64_t saturated = ~(high << 32 | low);
+    if (w == from / 64) saturated &= ~uint64_t{0} >> (from % 64);
+    if (w == last / 64) saturated &= ~uint64_t{0} << (63 - last % 64);
+    *words++ = saturated;
   }
+}
+
+PatternRows SaturationPatterns(uint32_t first, uint32_t from, uint32_t last) {
+  PatternRows patterns{{}, last / 64 - from / 64 + 1};
+  patterns.words.resize((NbRay - first) * patterns.wordCount);
+  for (uint32_t row = first; row < NbRay; ++row) {
+    SaturatedConstraints(row, from, last, patterns.words.data() + (row - first) * patterns.wordCount);
+  }
+  return patterns;
 }
 
 }  // namespace
 
-AdjacencySearch::AdjacencySearch(uint32_t first, uint32_t k, const BitKernels& kernels)
-    : kernels_(kernels),
+AdjacencySearch::AdjacencySearch(uint32_t first, uint32_t k, InstructionSet set)
+    : kernels_(KernelsFor(set, k / 64 + 1)),
       first_(first),
-      rows_(NbRay - first),
-      words_(k / 64 + 1),
-      stride_(Padded(rows_, kRowsPadding)),
-      columns_(words_ * stride_),
-      bitmapWords_(Padded(rows_ / 64 + 1, kBitmapPadding)),
-      bitmaps_((size_t{k} + 1) * bitmapWords_),
-      fixed_(words_),
-      needed_(words_) {
-  RankConstraints(k);
-  for (size_t t = 0; t < rows_; ++t) {
-    ForEachSaturated(first + static_cast<uint32_t>(t), k, [this, t](uint32_t c) {
-      const size_t rank = rank_[c];
-      columns_[rank / 64 * stride_ + t] |= uint64_t{1} << (rank % 64);
-      bitmaps_[rank * bitmapWords_ + t / 64] |= uint64_t{1} << (t % 64);
-    });
-  }
+      k_(k),
+      leastCommon_(LeastCommon()),
+      patterns_(SaturationPatterns(first, 0, k)),
+      order_(OrderForTree(patterns_, NbRay - first)),
+      facet_(set, patterns_.wordCount),
+      lastHolder_(kNoRow),
+      partners_(set, patterns_.wordCount),
+      between_{{}, 0},
+      shared_{{}, patterns_.wordCount} {
+  facet_.Build(patterns_, order_);
+  assert(facet_.UnionsHold());
 }
 
-void AdjacencySearch::RankConstraints(uint32_t k) {
-  std::vector<uint32_t> saturating(size_t{k} + 1);
-  for (size_t t = 0; t < rows_; ++t) {
-    ForEachSaturated(first_ + static_cast<uint32_t>(t), k, [&saturating](uint32_t c) { ++saturating[c]; });
+void AdjacencySearch::ChoosePartners(uint32_t from, uint32_t due) {
+  partnerRows_.clear();
+  for (const uint32_t offset : order_) {
+    if (first_ + offset >= from && SatBit(first_ + offset, due)) partnerRows_.push_back(offset);
   }
-  std::vector<uint32_t> order(size_t{k} + 1);
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(),
-                   [&saturating](uint32_t a, uint32_t b) { return saturating[a] < saturating[b]; });
-  rank_.resize(order.size());
-  for (uint32_t rank = 0; rank <= k; ++rank) rank_[order[rank]] = rank;
+  partners_.Build(patterns_, partnerRows_);
+  assert(partners_.UnionsHold());
+  between_ = due > k_ + 1 ? SaturationPatterns(first_, k_ + 1, due - 1) : PatternRows{{}, 0};
 }
 
-void AdjacencySearch::Fix(uint32_t a, uint32_t from) {
-  fixedRow_ = a - first_;
-  from_ = from - first_;
-  for (size_t w = 0; w < words_; ++w) fixed_[w] = columns_[w * stride_ + fixedRow_];
-  ordered_ = false;
+void AdjacencySearch::FindCandidates(uint32_t a, uint64_t& tests) {
   candidates_.clear();
-  if (Dimension < 2) return;                                 // no pair passes
-  const size_t begin = from_ / kRowsPadding * kRowsPadding;  // so that the padding ends where the columns end
-  const BitColumns behind{columns_.data() + begin, stride_, words_, rows_ - begin};
-  selected_.resize(std::max(selected_.size(), behind.rows));
-  const size_t count = kernels_.selectRows(behind, fixed_.data(), LeastCommon(), selected_.data());
-  for (size_t i = 0; i < count; ++i) {
-    const size_t row = begin + selected_[i].row;
-    if (row < from_ || row == fixedRow_) continue;
-    candidates_.push_back({static_cast<uint32_t>(row), selected_[i].common});
+  shared_.words.clear();
+  if (Dimension < 2) return;
+  const size_t wordCount = patterns_.wordCount;
+  const uint64_t* const fixed = Pattern(a);
+  const uint64_t* const between = between_[a - first_];
+  for (const uint32_t position : partners_.SelectSharing(fixed, leastCommon_)) {
+    uint32_t size = 0;
+    for (size_t w = 0; w < wordCount; ++w) {
+      const uint64_t word = fixed[w] & partners_.Word(position, w);
+      shared_.words.push_back(word);
+      size += static_cast<uint32_t>(std::popcount(word));
+    }
+    const uint64_t* const other = between_[partnerRows_[position]];
+    bool passedOver = false;
+    for (size_t w = 0; w < between_.wordCount; ++w) passedOver = passedOver || (between[w] & other[w]) != 0;
+    tests += passedOver ? 0 : 1;
+    candidates_.push_back({position, size, passedOver});
   }
 }
 
-void AdjacencySearch::OrderCandidates() {
-  const size_t count = candidates_.size();
-  // Counting sort: start[s] is where the candidates with an intersection of size s begin.
-  const size_t sizes = 64 * words_ + 1;
-  std::vector<uint32_t> start(sizes);
-  end_.assign(sizes, 0);
-  for (const SelectedRow& candidate : candidates_) ++end_[candidate.common];
+void AdjacencySearch::KeepMaximal() {
+  const size_t sizes = 64 * patterns_.wordCount + 1;
+  start_.assign(sizes, 0);
+  for (const Candidate& candidate : candidates_) ++start_[candidate.size];
   uint32_t sum = 0;
   for (size_t size = sizes; size-- > 0;) {
-    start[size] = sum;
-    sum += end_[size];
-    end_[size] = sum;
+    sum += start_[size];
+    start_[size] = sum - start_[size];
   }
-  orderedStride_ = Padded(count, kRowsPadding);
-  orderedColumns_.resize(std::max(orderedColumns_.size(), words_ * orderedStride_));
-  position_.resize(count);
-  for (size_t i = 0; i < count; ++i) {
-    position_[i] = start[candidates_[i].common]++;
-    for (size_t w = 0; w < words_; ++w) {
-      orderedColumns_[w * orderedStride_ + position_[i]] = SharedWord(candidates_[i].row, w);
+  sorted_.resize(candidates_.size());
+  for (uint32_t i = 0; i < candidates_.size(); ++i) sorted_[start_[candidates_[i].size]++] = i;
+
+  maximal_.clear();
+  size_t blocks = 0;
+  for (const uint32_t i : sorted_) {
+    const PatternBlocks sets{maximalSets_.data(), patterns_.wordCount};
+    const size_t holder = kernels_.firstHolding(sets, blocks, shared_[i]);
+    if (holder < maximal_.size()) {
+      if (maximal_[holder].candidate.size == candidates_[i].size) maximal_[holder].repeated = true;
+      continue;
     }
+    if (maximal_.size() == blocks * kBlockPatterns) {
+      ++blocks;
+      const size_t needed = blocks * kBlockPatterns * patterns_.wordCount;
+      if (maximalSets_.size() < needed) maximalSets_.resize(needed);
+      std::fill_n(
+          maximalSets_.begin() + static_cast<ptrdiff_t>(needed - kBlockPatterns * patterns_.wordCount),
+          kBlockPatterns * patterns_.wordCount, 0);
+    }
+    for (size_t w = 0; w < patterns_.wordCount; ++w) {
+      maximalSets_[sets.IndexOf(maximal_.size(), w)] = shared_[i][w];
+    }
+    maximal_.push_back({candidates_[i], i, false});
   }
-  ordered_ = true;
 }
 
-/// Whether a row before from_, other than the fixed one, saturates all of `needed`.
-bool AdjacencySearch::AnyBefore(std::span<const uint64_t> needed) {
-  if (from_ == 0) return false;
-  neededBitmaps_.clear();
-  for (size_t w = 0; w < words_; ++w) {
-    for (uint64_t ranks = needed[w]; ranks != 0; ranks &= ranks - 1) {
-      const size_t rank = 64 * w + static_cast<size_t>(std::countr_zero(ranks));
-      neededBitmaps_.push_back(bitmaps_.data() + rank * bitmapWords_);
-    }
+std::span<const uint32_t> AdjacencySearch::AdjacentPartners(uint32_t a, uint64_t& tests) {
+  FindCandidates(a, tests);
+  KeepMaximal();
+  adjacent_.clear();
+  for (const Maximal& maximal : maximal_) {
+    if (maximal.repeated || maximal.candidate.passedOver) continue;
+    const uint32_t b = first_ + partnerRows_[maximal.candidate.position];
+    if (NoThirdRowHolds(shared_[maximal.number], a, b)) adjacent_.push_back(b);
   }
-  return kernels_.anyRowInAll(neededBitmaps_, from_, fixedRow_);
+  std::sort(adjacent_.begin(), adjacent_.end());
+  return adjacent_;
 }
 
-bool AdjacencySearch::IsAdjacent(size_t i) {
-  if (!ordered_) OrderCandidates();
-  const SelectedRow& candidate = candidates_[i];
-  for (size_t w = 0; w < words_; ++w) needed_[w] = SharedWord(candidate.row, w);
-  const BitColumns before{orderedColumns_.data(), orderedStride_, words_, end_[candidate.common]};
-  return !kernels_.anyRowHolds(before, needed_.data(), position_[i]) && !AnyBefore(needed_);
+bool AdjacencySearch::HoldsAll(uint32_t row, const uint64_t* needed) const {
+  const uint64_t* const pattern = Pattern(row);
+  uint64_t missing = 0;
+  for (size_t w = 0; w < patterns_.wordCount; ++w) missing |= needed[w] & ~pattern[w];
+  return missing == 0;
+}
+
+bool AdjacencySearch::NoThirdRowHolds(const uint64_t* needed, uint32_t a, uint32_t b) {
+  const bool haveHolder = lastHolder_ != kNoRow && lastHolder_ != a && lastHolder_ != b;
+  if (haveHolder && HoldsAll(lastHolder_, needed)) return false;
+  for (const uint32_t position : facet_.SelectHolding(needed)) {
+    const uint32_t row = first_ + order_[position];
+    if (row == a || row == b) continue;
+    lastHolder_ = row;
+    return false;
+  }
+  return true;
+}
+
+Adjacency AdjacencySearch::Test(uint32_t a, uint32_t b) {
+  std::vector<uint64_t> needed(patterns_.wordCount), other(patterns_.wordCount);
+  SaturatedConstraints(a, 0, k_, needed.data());
+  SaturatedConstraints(b, 0, k_, other.data());
+  uint32_t common = 0;
+  for (size_t w = 0; w < needed.size(); ++w) {
+    needed[w] &= other[w];
+    common += static_cast<uint32_t>(std::popcount(needed[w]));
+  }
+  if (Dimension < 2 || common < leastCommon_) return Adjacency::kShareTooFew;
+  return NoThirdRowHolds(needed.data(), a, b) ? Adjacency::kAdjacent : Adjacency::kSeparated;
 }
 
 }  // namespace siphons

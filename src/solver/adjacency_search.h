@@ -1,18 +1,15 @@
 // Deciding adjacency against one fixed row at a time.
 //
 // Two rows are adjacent at constraint k when they saturate at least Dimension - 2 constraints up to k in
-// common (the one being processed counted once more) and no third row saturates all of these.
+// common (the one being processed counted once more) and no third row saturates all of these. Let Z(t) be the
+// constraints up to k that row t saturates.
 //
-// For a fixed row a, with Z(t) the constraints up to k that row t saturates: a third row t that proves (a, b)
-// not adjacent holds the intersection of Z(a) and Z(b), so it shares at least as many constraints with a as b
-// does, and itself passes the count with a. So one pass over the rows that may pair with a finds its
-// candidates, usually about a hundredth of them, and most third rows are among these. In the order of the
-// size of the intersection with Z(a), largest first, only the rows before b and those of its own size can
-// hold b's.
-//
-// What is left are the third rows among those that cannot pair with a. They are looked for by constraint: for
-// each constraint there is a bitmap of the rows that saturate it, and the bitmaps of the intersection are
-// united by AND, the rarest first, some hundred rows at a time and only as long as any row is left.
+// For a fixed row a, the partners b that may pair with it stand in a tree over their Z(b), which gives those
+// that share enough with Z(a): the candidates, one in some thousand on a large facet. Whatever holds the
+// intersection S(b) of Z(a) and Z(b) proves (a, b) not adjacent. Most third rows that do are candidates
+// themselves, so the S(b) are looked at by falling size and compared with those that are maximal so far: what
+// lies in a maximal one is not adjacent, and of two that are equal neither is. Only what is maximal in the
+// end is compared with the rest of the facet, through a second tree over all its rows.
 //
 // Rows are excluded from their own test by number, never by value: rows may repeat, and a repeated row is a
 // third row like any other.
@@ -23,61 +20,67 @@
 #include <vector>
 
 #include "solver/bit_kernels.h"
+#include "solver/pattern_tree.h"
 
 namespace siphons {
 
+enum class Adjacency { kShareTooFew, kSeparated, kAdjacent };
+
 class AdjacencySearch {
  public:
-  /// Copies the saturation of the rows from `first` on, the bits up to constraint k, out of Sat. The rows of
-  /// the solve stay where they are as long as the search is used.
-  AdjacencySearch(uint32_t first, uint32_t k, const BitKernels& kernels);
+  /// A search among the rows from `first` on at constraint k. The rows of the solve stay where they are as
+  /// long as it is used.
+  AdjacencySearch(uint32_t first, uint32_t k, InstructionSet set);
 
-  /// Fixes row a and finds its candidates among the rows from `from` on; both at least `first`.
-  void Fix(uint32_t a, uint32_t from);
+  /// Chooses the partners of the searches to come: the rows from `from` on, at least `first`, that do not
+  /// saturate constraint `due`, which is behind k. Pairs that saturate a common constraint between k and
+  /// `due` are then passed over, but separate others.
+  void ChoosePartners(uint32_t from, uint32_t due);
 
-  /// Number of rows, a left out, that pass the count with a.
-  size_t CandidateCount() const { return candidates_.size(); }
+  /// The partners that are adjacent to row a, which lies between `first` and the partners, ascending; valid
+  /// until the next call. Adds to `tests` the number of candidates that were not passed over.
+  std::span<const uint32_t> AdjacentPartners(uint32_t a, uint64_t& tests);
 
-  /// The i-th of them, ascending.
-  uint32_t Candidate(size_t i) const { return first_ + candidates_[i].row; }
-
-  /// Whether a and the i-th candidate are adjacent.
-  bool IsAdjacent(size_t i);
+  /// What the test of two rows says, which may stand outside the rows of the search.
+  Adjacency Test(uint32_t a, uint32_t b);
 
  private:
-  void RankConstraints(uint32_t k);
-  void OrderCandidates();
-  bool AnyBefore(std::span<const uint64_t> needed);
-  uint64_t SharedWord(size_t row, size_t w) const { return fixed_[w] & columns_[w * stride_ + row]; }
+  struct Candidate {
+    uint32_t position;  ///< in the tree of the partners
+    uint32_t size;      ///< of S
+    bool passedOver;
+  };
+  struct Maximal {
+    Candidate candidate;
+    uint32_t number;  ///< of the candidate, as found
+    bool repeated;    ///< another candidate has the same S
+  };
+
+  const uint64_t* Pattern(uint32_t row) const { return patterns_[row - first_]; }
+  void FindCandidates(uint32_t a, uint64_t& tests);
+  void KeepMaximal();
+  bool NoThirdRowHolds(const uint64_t* needed, uint32_t a, uint32_t b);
+  bool HoldsAll(uint32_t row, const uint64_t* needed) const;
 
   const BitKernels& kernels_;
-  uint32_t first_;
-  size_t rows_;
-  size_t words_;
-  size_t stride_;
+  uint32_t first_, k_;
+  uint32_t leastCommon_;
+  PatternRows patterns_;         ///< Z of row first + i
+  std::vector<uint32_t> order_;  ///< rows, as offsets from first, in the order of the tree
+  PatternTree facet_;
+  uint32_t lastHolder_;  ///< a row that separated the last pair which the facet's tree separated
 
-  // Row t is row first_ + t of the solve. Bit r of a row stands for the constraint of rank r: rank 0 is the
-  // one that the fewest rows saturate.
-  std::vector<uint64_t> columns_;  ///< the rows' saturated constraints, word by word
-  size_t bitmapWords_;
-  std::vector<uint64_t> bitmaps_;  ///< per rank: the rows that saturate the constraint
-  std::vector<uint32_t> rank_;     ///< of each constraint
+  PatternTree partners_;
+  std::vector<uint32_t> partnerRows_;  ///< offset of the row at each position of the tree
+  PatternRows between_;                ///< of each row: the constraints between k and due that it saturates
 
-  size_t fixedRow_ = 0;
-  size_t from_ = 0;
-  std::vector<uint64_t> fixed_;  ///< Z(a)
-  std::vector<SelectedRow> candidates_;
-  std::vector<SelectedRow> selected_;  ///< room for a selection
-
-  // The candidates by falling intersection with Z(a), made when the first test asks for them.
-  bool ordered_ = false;
-  size_t orderedStride_ = 0;
-  std::vector<uint64_t> orderedColumns_;
-  std::vector<uint32_t> position_;  ///< of each candidate in that order
-  std::vector<uint32_t>
-      end_;  ///< by size of the intersection: the end of the candidates of that size or more
-  std::vector<uint64_t> needed_;
-  std::vector<const uint64_t*> neededBitmaps_;
+  std::vector<Candidate> candidates_;
+  std::vector<uint32_t> sorted_;
+  PatternRows shared_;                 ///< S of each candidate, as found
+  std::vector<uint32_t> start_;        ///< scratch of the sort
+  std::vector<uint64_t> maximalSets_;  ///< blocks of the maximal S
+  std::vector<Maximal> maximal_;
+  std::vector<uint32_t> adjacent_;
 };
 
 }  // namespace siphons

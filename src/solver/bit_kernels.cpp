@@ -1,5 +1,6 @@
 #include "solver/bit_kernels.h"
 
+#include <array>
 #include <bit>
 
 #if defined(__x86_64__) && defined(__GNUC__)
@@ -11,83 +12,97 @@ namespace siphons {
 
 namespace {
 
-/// The rows of word w of a bitmap that are below `rows` and not `except`.
-inline uint64_t Others(size_t w, size_t rows, size_t except) {
-  uint64_t others = rows - 64 * w >= 64 ? ~uint64_t{0} : (uint64_t{1} << (rows - 64 * w)) - 1;
-  if (except / 64 == w) others &= ~(uint64_t{1} << (except % 64));
-  return others;
+// Every kernel is a template by the number of words of a pattern: 1, 2, or 0 for any number. Most nets have
+// no more than 128 constraints, and with the number known the mask stays in registers.
+
+template <size_t kWords>
+constexpr size_t WordCount(const PatternBlocks& patterns) {
+  return kWords != 0 ? kWords : patterns.wordCount;
 }
 
 namespace portable {
 
-size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least, SelectedRow* out) {
-  size_t found = 0;
-  for (size_t t = 0; t < bits.rows; ++t) {
-    uint32_t common = 0;
-    for (size_t w = 0; w < bits.words; ++w) {
-      common += static_cast<uint32_t>(std::popcount(mask[w] & bits.columns[w * bits.stride + t]));
-    }
-    out[found] = {static_cast<uint32_t>(t), common};
-    found += common >= least ? 1 : 0;
+/// Bits set in a word, with operations that every machine has for several words at once.
+inline uint64_t PopCount(uint64_t v) {
+  v -= v >> 1 & 0x5555555555555555U;
+  v = (v & 0x3333333333333333U) + (v >> 2 & 0x3333333333333333U);
+  v = (v + (v >> 4)) & 0x0f0f0f0f0f0f0f0fU;
+  v += v >> 8;
+  v += v >> 16;
+  return (v + (v >> 32)) & 0xff;
+}
+
+/// Appends the patterns 8 * block + i with selected[i] not zero.
+inline size_t Append(uint32_t block, const std::array<uint64_t, kBlockPatterns>& selected, uint32_t* out,
+                     size_t found) {
+  for (size_t i = 0; i < kBlockPatterns; ++i) {
+    out[found] = static_cast<uint32_t>(block * kBlockPatterns + i);
+    found += selected[i] != 0 ? 1U : 0U;
   }
   return found;
 }
 
-bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, size_t except) {
-  for (size_t t = 0; t < bits.rows; ++t) {
-    uint64_t missing = 0;
-    for (size_t w = 0; w < bits.words; ++w) missing |= needed[w] & ~bits.columns[w * bits.stride + t];
-    if (missing == 0 && t != except) return true;
+template <size_t kWords>
+size_t SelectSharing(PatternBlocks patterns, std::span<const uint32_t> blocks, const uint64_t* mask,
+                     uint32_t least, uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  size_t found = 0;
+  for (const uint32_t block : blocks) {
+    const uint64_t* const data = patterns.data + block * words * kBlockPatterns;
+    std::array<uint64_t, kBlockPatterns> common{};
+    for (size_t w = 0; w < words; ++w) {
+      for (size_t i = 0; i < kBlockPatterns; ++i)
+        common[i] += PopCount(mask[w] & data[w * kBlockPatterns + i]);
+    }
+    for (uint64_t& lane : common) lane = lane >= least ? 1 : 0;
+    found = Append(block, common, out, found);
   }
-  return false;
+  return found;
 }
 
-bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
-  for (size_t w = 0; 64 * w < rows; ++w) {
-    uint64_t common = Others(w, rows, except);
-    for (size_t i = 0; i < bitmaps.size() && common != 0; ++i) common &= bitmaps[i][w];
-    if (common != 0) return true;
+/// What the patterns of a block lack of `needed`.
+template <size_t kWords>
+inline std::array<uint64_t, kBlockPatterns> Missing(const uint64_t* data, size_t words,
+                                                    const uint64_t* needed) {
+  std::array<uint64_t, kBlockPatterns> missing{};
+  for (size_t w = 0; w < words; ++w) {
+    for (size_t i = 0; i < kBlockPatterns; ++i) missing[i] |= needed[w] & ~data[w * kBlockPatterns + i];
   }
-  return false;
+  return missing;
+}
+
+template <size_t kWords>
+size_t SelectHolding(PatternBlocks patterns, std::span<const uint32_t> blocks, const uint64_t* needed,
+                     uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  size_t found = 0;
+  for (const uint32_t block : blocks) {
+    auto lanes = Missing<kWords>(patterns.data + block * words * kBlockPatterns, words, needed);
+    for (uint64_t& lane : lanes) lane = lane == 0 ? 1 : 0;
+    found = Append(block, lanes, out, found);
+  }
+  return found;
+}
+
+template <size_t kWords>
+size_t FirstHolding(PatternBlocks patterns, size_t blockCount, const uint64_t* needed) {
+  const size_t words = WordCount<kWords>(patterns);
+  for (size_t block = 0; block < blockCount; ++block) {
+    const auto missing = Missing<kWords>(patterns.data + block * words * kBlockPatterns, words, needed);
+    for (size_t i = 0; i < kBlockPatterns; ++i) {
+      if (missing[i] == 0) return block * kBlockPatterns + i;
+    }
+  }
+  return blockCount * kBlockPatterns;
 }
 
 }  // namespace portable
 
 #ifdef SIPHONS_X86_KERNELS
 
-/// Appends the rows t + i of the bits i set in `selected`, those below `rows`; common[i] is what they share.
-inline size_t AppendRows(uint32_t selected, const uint64_t* common, size_t t, size_t rows, SelectedRow* out,
-                         size_t found) {
-  for (; selected != 0; selected &= selected - 1) {
-    const size_t i = static_cast<size_t>(std::countr_zero(selected));
-    if (t + i >= rows) break;
-    out[found++] = {static_cast<uint32_t>(t + i), static_cast<uint32_t>(common[i])};
-  }
-  return found;
-}
-
-/// Whether the words from w on, `count` of them, hold a row below `rows` other than `except`.
-inline bool AnyOtherInWords(const uint64_t* words, size_t count, size_t w, size_t rows, size_t except) {
-  for (size_t i = 0; i < count && 64 * (w + i) < rows; ++i) {
-    if ((words[i] & Others(w + i, rows, except)) != 0) return true;
-  }
-  return false;
-}
-
-/// Whether a bit i is set in `holding` for which t + i is a row other than `except`.
-inline bool AnyOther(uint32_t holding, size_t t, size_t rows, size_t except) {
-  for (; holding != 0; holding &= holding - 1) {
-    const size_t row = t + static_cast<size_t>(std::countr_zero(holding));
-    if (row < rows && row != except) return true;
-  }
-  return false;
-}
-
 namespace avx2 {
 
 #define SIPHONS_AVX2 __attribute__((target("avx2,bmi,popcnt")))
-
-constexpr size_t kLanes = 4;
 
 /// The number of bits in each 64-bit lane: nibbles are looked up, bytes summed (Muła, Kurz and Lemire 2018).
 SIPHONS_AVX2 inline __m256i PopCount(__m256i v) {
@@ -103,152 +118,173 @@ SIPHONS_AVX2 inline __m256i Load(const uint64_t* words) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words));
 }
 
-SIPHONS_AVX2 inline uint32_t LaneSigns(__m256i v) {
-  return static_cast<uint32_t>(_mm256_movemask_pd(_mm256_castsi256_pd(v)));
+SIPHONS_AVX2 inline uint32_t LaneSigns(__m256i low, __m256i high) {
+  const auto signs = [](__m256i v) SIPHONS_AVX2 {
+    return static_cast<uint32_t>(_mm256_movemask_pd(_mm256_castsi256_pd(v)));
+  };
+  return signs(low) | signs(high) << 4;
 }
 
-SIPHONS_AVX2 size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least,
-                               SelectedRow* out) {
-  const __m256i below = _mm256_set1_epi64x(static_cast<int64_t>(least) - 1);
-  size_t found = 0;
-  for (size_t t = 0; t < bits.rows; t += kLanes) {
-    __m256i common = _mm256_setzero_si256();
-    for (size_t w = 0; w < bits.words; ++w) {
-      const __m256i maskWord = _mm256_set1_epi64x(static_cast<int64_t>(mask[w]));
-      const __m256i shared = _mm256_and_si256(maskWord, Load(bits.columns + w * bits.stride + t));
-      common = _mm256_add_epi64(common, PopCount(shared));
+/// For each set of lanes, as a mask of eight bits: its lanes in ascending order.
+constexpr auto kLanesOf = [] {
+  std::array<std::array<uint8_t, kBlockPatterns>, 256> lanes{};
+  for (size_t set = 0; set < lanes.size(); ++set) {
+    size_t count = 0;
+    for (uint8_t lane = 0; lane < kBlockPatterns; ++lane) {
+      if ((set >> lane & 1) != 0) lanes[set][count++] = lane;
     }
-    const uint32_t selected = LaneSigns(_mm256_cmpgt_epi64(common, below));
-    if (selected == 0) continue;
-    alignas(32) uint64_t counts[kLanes];
-    _mm256_store_si256(reinterpret_cast<__m256i*>(counts), common);
-    found = AppendRows(selected, counts, t, bits.rows, out, found);
+  }
+  return lanes;
+}();
+
+/// Appends the patterns 8 * block + i of the bits i set in `selected`.
+SIPHONS_AVX2 inline size_t Append(uint32_t block, uint32_t selected, uint32_t* out, size_t found) {
+  const __m128i lanes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(kLanesOf[selected].data()));
+  const __m256i first = _mm256_set1_epi32(static_cast<int32_t>(block * kBlockPatterns));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + found),
+                      _mm256_add_epi32(first, _mm256_cvtepu8_epi32(lanes)));
+  return found + static_cast<size_t>(std::popcount(selected));
+}
+
+template <size_t kWords>
+SIPHONS_AVX2 size_t SelectSharing(PatternBlocks patterns, std::span<const uint32_t> blocks,
+                                  const uint64_t* mask, uint32_t least, uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  const __m256i below = _mm256_set1_epi64x(int64_t{least} - 1);
+  size_t found = 0;
+  for (const uint32_t block : blocks) {
+    const uint64_t* const data = patterns.data + block * words * kBlockPatterns;
+    __m256i low = _mm256_setzero_si256(), high = low;
+    for (size_t w = 0; w < words; ++w) {
+      const __m256i maskWord = _mm256_set1_epi64x(static_cast<int64_t>(mask[w]));
+      const uint64_t* const lanes = data + w * kBlockPatterns;
+      low = _mm256_add_epi64(low, PopCount(_mm256_and_si256(maskWord, Load(lanes))));
+      high = _mm256_add_epi64(high, PopCount(_mm256_and_si256(maskWord, Load(lanes + 4))));
+    }
+    found =
+        Append(block, LaneSigns(_mm256_cmpgt_epi64(low, below), _mm256_cmpgt_epi64(high, below)), out, found);
   }
   return found;
 }
 
-SIPHONS_AVX2 bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, size_t except) {
-  for (size_t t = 0; t < bits.rows; t += kLanes) {
-    __m256i missing = _mm256_setzero_si256();
-    for (size_t w = 0; w < bits.words; ++w) {
-      const __m256i neededWord = _mm256_set1_epi64x(static_cast<int64_t>(needed[w]));
-      missing =
-          _mm256_or_si256(missing, _mm256_andnot_si256(Load(bits.columns + w * bits.stride + t), neededWord));
-    }
-    const uint32_t holding = LaneSigns(_mm256_cmpeq_epi64(missing, _mm256_setzero_si256()));
-    if (holding != 0 && AnyOther(holding, t, bits.rows, except)) return true;
+/// The patterns of a block that hold all of `needed`.
+template <size_t kWords>
+SIPHONS_AVX2 inline uint32_t Holding(const uint64_t* data, size_t words, const uint64_t* needed) {
+  __m256i low = _mm256_setzero_si256(), high = low;
+  for (size_t w = 0; w < words; ++w) {
+    const __m256i neededWord = _mm256_set1_epi64x(static_cast<int64_t>(needed[w]));
+    const uint64_t* const lanes = data + w * kBlockPatterns;
+    low = _mm256_or_si256(low, _mm256_andnot_si256(Load(lanes), neededWord));
+    high = _mm256_or_si256(high, _mm256_andnot_si256(Load(lanes + 4), neededWord));
   }
-  return false;
+  const __m256i none = _mm256_setzero_si256();
+  return LaneSigns(_mm256_cmpeq_epi64(low, none), _mm256_cmpeq_epi64(high, none));
 }
 
-SIPHONS_AVX2 bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
-  for (size_t w = 0; 64 * w < rows; w += kLanes) {
-    __m256i common = _mm256_set1_epi64x(-1);
-    for (size_t i = 0; i < bitmaps.size() && _mm256_testz_si256(common, common) == 0; ++i) {
-      common = _mm256_and_si256(common, Load(bitmaps[i] + w));
-    }
-    if (_mm256_testz_si256(common, common) != 0) continue;
-    alignas(32) uint64_t words[kLanes];
-    _mm256_store_si256(reinterpret_cast<__m256i*>(words), common);
-    if (AnyOtherInWords(words, kLanes, w, rows, except)) return true;
+template <size_t kWords>
+SIPHONS_AVX2 size_t SelectHolding(PatternBlocks patterns, std::span<const uint32_t> blocks,
+                                  const uint64_t* needed, uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  size_t found = 0;
+  for (const uint32_t block : blocks) {
+    found = Append(block, Holding<kWords>(patterns.data + block * words * kBlockPatterns, words, needed), out,
+                   found);
   }
-  return false;
+  return found;
+}
+
+template <size_t kWords>
+SIPHONS_AVX2 size_t FirstHolding(PatternBlocks patterns, size_t blockCount, const uint64_t* needed) {
+  const size_t words = WordCount<kWords>(patterns);
+  for (size_t block = 0; block < blockCount; ++block) {
+    const uint32_t holding = Holding<kWords>(patterns.data + block * words * kBlockPatterns, words, needed);
+    if (holding != 0) return block * kBlockPatterns + static_cast<size_t>(std::countr_zero(holding));
+  }
+  return blockCount * kBlockPatterns;
 }
 
 }  // namespace avx2
 
 namespace avx512 {
 
-#define SIPHONS_AVX512 __attribute__((target("avx512f,avx512vpopcntdq,bmi,popcnt")))
+#define SIPHONS_AVX512 __attribute__((target("avx512f,avx512vl,avx512vpopcntdq,bmi,popcnt")))
 
-constexpr size_t kLanes = 8;
-
-/// The bits that 8 rows have in common with the mask; kWords is the number of words, or 0 for any number.
-template <size_t kWords>
-SIPHONS_AVX512 inline __m512i Common(const BitColumns& bits, const uint64_t* mask, size_t t) {
-  const size_t words = kWords != 0 ? kWords : bits.words;
-  __m512i common = _mm512_setzero_si512();
-  for (size_t w = 0; w < words; ++w) {
-    const __m512i maskWord = _mm512_set1_epi64(static_cast<int64_t>(mask[w]));
-    const __m512i shared = _mm512_and_si512(maskWord, _mm512_loadu_si512(bits.columns + w * bits.stride + t));
-    common = _mm512_add_epi64(common, _mm512_popcnt_epi64(shared));
-  }
-  return common;
+/// Appends the patterns 8 * block + i of the bits i set in `selected`.
+SIPHONS_AVX512 inline size_t Append(uint32_t block, __mmask8 selected, uint32_t* out, size_t found) {
+  const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  const __m256i numbers =
+      _mm256_add_epi32(_mm256_set1_epi32(static_cast<int32_t>(block * kBlockPatterns)), lanes);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + found),
+                      _mm256_maskz_compress_epi32(selected, numbers));
+  return found + static_cast<size_t>(std::popcount(static_cast<uint32_t>(selected)));
 }
 
 template <size_t kWords>
-SIPHONS_AVX512 inline size_t Select(const BitColumns& bits, const uint64_t* mask, uint32_t least,
-                                    SelectedRow* out) {
-  const __m512i leastLanes = _mm512_set1_epi64(static_cast<int64_t>(least));
+SIPHONS_AVX512 size_t SelectSharing(PatternBlocks patterns, std::span<const uint32_t> blocks,
+                                    const uint64_t* mask, uint32_t least, uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  const __m512i leastLanes = _mm512_set1_epi64(int64_t{least});
   size_t found = 0;
-  const auto append = [&](uint32_t selected, __m512i common, size_t t) SIPHONS_AVX512 {
-    alignas(64) uint64_t counts[kLanes];
-    _mm512_store_si512(counts, common);
-    found = AppendRows(selected, counts, t, bits.rows, out, found);
-  };
-  size_t t = 0;
-  // Few rows are selected, so one branch serves four times eight rows.
-  for (; t + 4 * kLanes <= bits.rows; t += 4 * kLanes) {
-    __m512i common[4];
-    uint32_t selected[4];
-    for (size_t i = 0; i < 4; ++i) {
-      common[i] = Common<kWords>(bits, mask, t + i * kLanes);
-      selected[i] = _mm512_cmpge_epu64_mask(common[i], leastLanes);
+  for (const uint32_t block : blocks) {
+    const uint64_t* const data = patterns.data + block * words * kBlockPatterns;
+    __m512i common = _mm512_setzero_si512();
+    for (size_t w = 0; w < words; ++w) {
+      const __m512i maskWord = _mm512_set1_epi64(static_cast<int64_t>(mask[w]));
+      const __m512i shared = _mm512_and_si512(maskWord, _mm512_loadu_si512(data + w * kBlockPatterns));
+      common = _mm512_add_epi64(common, _mm512_popcnt_epi64(shared));
     }
-    if ((selected[0] | selected[1] | selected[2] | selected[3]) == 0) continue;
-    for (size_t i = 0; i < 4; ++i) append(selected[i], common[i], t + i * kLanes);
-  }
-  for (; t < bits.rows; t += kLanes) {
-    const __m512i common = Common<kWords>(bits, mask, t);
-    append(_mm512_cmpge_epu64_mask(common, leastLanes), common, t);
+    found = Append(block, _mm512_cmpge_epu64_mask(common, leastLanes), out, found);
   }
   return found;
 }
 
-SIPHONS_AVX512 size_t SelectRows(const BitColumns& bits, const uint64_t* mask, uint32_t least,
-                                 SelectedRow* out) {
-  switch (bits.words) {
-    case 1:
-      return Select<1>(bits, mask, least, out);
-    case 2:
-      return Select<2>(bits, mask, least, out);
-    default:
-      return Select<0>(bits, mask, least, out);
+/// The patterns of a block that hold all of `needed`.
+template <size_t kWords>
+SIPHONS_AVX512 inline __mmask8 Holding(const uint64_t* data, size_t words, const uint64_t* needed) {
+  constexpr int kOrNeededNotInPattern = 0xF2;  // missing | (~pattern & needed), as a truth table
+  __m512i missing = _mm512_setzero_si512();
+  for (size_t w = 0; w < words; ++w) {
+    const __m512i neededWord = _mm512_set1_epi64(static_cast<int64_t>(needed[w]));
+    const __m512i pattern = _mm512_loadu_si512(data + w * kBlockPatterns);
+    missing = _mm512_ternarylogic_epi64(missing, pattern, neededWord, kOrNeededNotInPattern);
   }
+  return _mm512_testn_epi64_mask(missing, missing);
 }
 
-SIPHONS_AVX512 bool AnyRowHolds(const BitColumns& bits, const uint64_t* needed, size_t except) {
-  constexpr int kOrNeededNotInRow = 0xF2;  // missing | (~row & needed), as a truth table
-  for (size_t t = 0; t < bits.rows; t += kLanes) {
-    __m512i missing = _mm512_setzero_si512();
-    for (size_t w = 0; w < bits.words; ++w) {
-      const __m512i neededWord = _mm512_set1_epi64(static_cast<int64_t>(needed[w]));
-      const __m512i row = _mm512_loadu_si512(bits.columns + w * bits.stride + t);
-      missing = _mm512_ternarylogic_epi64(missing, row, neededWord, kOrNeededNotInRow);
-    }
-    const uint32_t holding = _mm512_testn_epi64_mask(missing, missing);
-    if (holding != 0 && AnyOther(holding, t, bits.rows, except)) return true;
+template <size_t kWords>
+SIPHONS_AVX512 size_t SelectHolding(PatternBlocks patterns, std::span<const uint32_t> blocks,
+                                    const uint64_t* needed, uint32_t* out) {
+  const size_t words = WordCount<kWords>(patterns);
+  size_t found = 0;
+  for (const uint32_t block : blocks) {
+    found = Append(block, Holding<kWords>(patterns.data + block * words * kBlockPatterns, words, needed), out,
+                   found);
   }
-  return false;
+  return found;
 }
 
-SIPHONS_AVX512 bool AnyRowInAll(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except) {
-  for (size_t w = 0; 64 * w < rows; w += kLanes) {
-    __m512i common = _mm512_set1_epi64(-1);
-    for (size_t i = 0; i < bitmaps.size() && _mm512_test_epi64_mask(common, common) != 0; ++i) {
-      common = _mm512_and_si512(common, _mm512_loadu_si512(bitmaps[i] + w));
-    }
-    if (_mm512_test_epi64_mask(common, common) == 0) continue;
-    alignas(64) uint64_t words[kLanes];
-    _mm512_store_si512(words, common);
-    if (AnyOtherInWords(words, kLanes, w, rows, except)) return true;
+template <size_t kWords>
+SIPHONS_AVX512 size_t FirstHolding(PatternBlocks patterns, size_t blockCount, const uint64_t* needed) {
+  const size_t words = WordCount<kWords>(patterns);
+  for (size_t block = 0; block < blockCount; ++block) {
+    const uint32_t holding = Holding<kWords>(patterns.data + block * words * kBlockPatterns, words, needed);
+    if (holding != 0) return block * kBlockPatterns + static_cast<size_t>(std::countr_zero(holding));
   }
-  return false;
+  return blockCount * kBlockPatterns;
 }
 
 }  // namespace avx512
 
 #endif
+
+template <size_t kWords>
+constexpr std::array<BitKernels, 3> kVersions{{
+    {portable::SelectSharing<kWords>, portable::SelectHolding<kWords>, portable::FirstHolding<kWords>},
+#ifdef SIPHONS_X86_KERNELS
+    {avx2::SelectSharing<kWords>, avx2::SelectHolding<kWords>, avx2::FirstHolding<kWords>},
+    {avx512::SelectSharing<kWords>, avx512::SelectHolding<kWords>, avx512::FirstHolding<kWords>},
+#endif
+}};
 
 }  // namespace
 
@@ -256,9 +292,11 @@ bool IsSupported(InstructionSet set) {
 #ifdef SIPHONS_X86_KERNELS
   switch (set) {
     case InstructionSet::kAvx512:
-      return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vpopcntdq") != 0;
+      return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512vl") != 0 &&
+             __builtin_cpu_supports("avx512vpopcntdq") != 0;
     case InstructionSet::kAvx2:
-      return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0;
+      return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
+             __builtin_cpu_supports("popcnt") != 0;
     case InstructionSet::kPortable:
       break;
   }
@@ -266,22 +304,18 @@ bool IsSupported(InstructionSet set) {
   return set == InstructionSet::kPortable;
 }
 
-const BitKernels& KernelsFor(InstructionSet set) {
-  static constexpr BitKernels kPortable{portable::SelectRows, portable::AnyRowHolds, portable::AnyRowInAll};
-#ifdef SIPHONS_X86_KERNELS
-  static constexpr BitKernels kAvx2{avx2::SelectRows, avx2::AnyRowHolds, avx2::AnyRowInAll};
-  static constexpr BitKernels kAvx512{avx512::SelectRows, avx512::AnyRowHolds, avx512::AnyRowInAll};
-  if (set == InstructionSet::kAvx2) return kAvx2;
-  if (set == InstructionSet::kAvx512) return kAvx512;
-#endif
-  return kPortable;
+InstructionSet BestInstructionSet() {
+  for (const InstructionSet set : {InstructionSet::kAvx512, InstructionSet::kAvx2}) {
+    if (IsSupported(set)) return set;
+  }
+  return InstructionSet::kPortable;
 }
 
-const BitKernels& BestKernels() {
-  for (const InstructionSet set : {InstructionSet::kAvx512, InstructionSet::kAvx2}) {
-    if (IsSupported(set)) return KernelsFor(set);
-  }
-  return KernelsFor(InstructionSet::kPortable);
+const BitKernels& KernelsFor(InstructionSet set, size_t wordCount) {
+  const size_t version = static_cast<size_t>(set);
+  if (wordCount == 1) return kVersions<1>[version];
+  if (wordCount == 2) return kVersions<2>[version];
+  return kVersions<0>[version];
 }
 
 }  // namespace siphons

@@ -1,7 +1,10 @@
-// The inner loops of the adjacency tests: two over rows of bits that are stored word by word (word w of row t
-// stands at columns[w * stride + t]), one over bitmaps of rows, so that neighbouring rows are handled at
-// once. There is a version for AVX-512, one for AVX2 and a portable one; all give the same answers, and the
+// The inner loops of the adjacency tests. They run over patterns, which are rows of bits, eight patterns at a
+// time. There is a version for AVX-512, one for AVX2 and a portable one; all give the same answers, and the
 // best that the machine has is chosen at run time.
+//
+// The versions with wide instructions have no branch per pattern: the numbers of the selected patterns are
+// compressed to the front of a vector, which is stored whole, and the next vector overwrites what was too
+// much. Only a few patterns of a thousand are selected, in no order that a branch predictor could learn.
 #pragma once
 
 #include <cstddef>
@@ -10,48 +13,47 @@
 
 namespace siphons {
 
-/// Rows of bits, `words` 64-bit words each. Up to the next multiple of kRowsPadding behind `rows`, words of
-/// rows that do not exist may be read; they do not count.
-struct BitColumns {
-  const uint64_t* columns;
-  size_t stride;
-  size_t words;
-  size_t rows;
-};
+/// Patterns of a block.
+inline constexpr size_t kBlockPatterns = 8;
 
-inline constexpr size_t kRowsPadding = 8;
+/// Patterns of `wordCount` 64-bit words, in blocks of eight. A block holds the first word of each of its
+/// patterns, then the second word of each, and so on.
+struct PatternBlocks {
+  const uint64_t* data;
+  size_t wordCount;
 
-/// A row and the number of bits that it has in common with a mask.
-struct SelectedRow {
-  uint32_t row;
-  uint32_t common;
+  /// Where word w of pattern i stands in `data`.
+  size_t IndexOf(size_t i, size_t w) const {
+    return (i / kBlockPatterns * wordCount + w) * kBlockPatterns + i % kBlockPatterns;
+  }
 };
 
 struct BitKernels {
-  /// Writes the rows that have at least `least` bits in common with `mask` (one word per word of a row) to
-  /// `out`, in ascending order; `out` has room for all rows. Returns how many there are.
-  size_t (*selectRows)(const BitColumns& bits, const uint64_t* mask, uint32_t least, SelectedRow* out);
+  // The first two write the numbers of selected patterns, out of the blocks named in `blocks` and in that
+  // order, to `out`, and return how many there are. `out` has room for kBlockPatterns numbers per block.
 
-  /// Whether a row other than `except` holds all bits of `needed`.
-  bool (*anyRowHolds)(const BitColumns& bits, const uint64_t* needed, size_t except);
+  /// Selects the patterns that have at least `least` bits in common with `mask`.
+  size_t (*selectSharing)(PatternBlocks patterns, std::span<const uint32_t> blocks, const uint64_t* mask,
+                          uint32_t least, uint32_t* out);
 
-  /// Whether a row below `rows`, other than `except`, has its bit set in every bitmap. A bitmap holds row t
-  /// in bit t % 64 of word t / 64 and has a multiple of kBitmapPadding words. Bitmaps with few bits should
-  /// come first.
-  bool (*anyRowInAll)(std::span<const uint64_t* const> bitmaps, size_t rows, size_t except);
+  /// Selects the patterns that hold all bits of `needed`.
+  size_t (*selectHolding)(PatternBlocks patterns, std::span<const uint32_t> blocks, const uint64_t* needed,
+                          uint32_t* out);
+
+  /// The first pattern of blocks 0 to blockCount - 1 that holds all bits of `needed`, or
+  /// kBlockPatterns * blockCount when none does.
+  size_t (*firstHolding)(PatternBlocks patterns, size_t blockCount, const uint64_t* needed);
 };
-
-inline constexpr size_t kBitmapPadding = 8;
 
 enum class InstructionSet { kPortable, kAvx2, kAvx512 };
 
 /// Whether this machine has it.
 bool IsSupported(InstructionSet set);
 
-/// The kernels of an instruction set that is supported.
-const BitKernels& KernelsFor(InstructionSet set);
-
 /// The best that this machine supports.
-const BitKernels& BestKernels();
+InstructionSet BestInstructionSet();
+
+/// The kernels of a supported instruction set for patterns of so many words.
+const BitKernels& KernelsFor(InstructionSet set, size_t wordCount);
 
 }  // namespace siphons
