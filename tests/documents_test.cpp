@@ -149,14 +149,16 @@ std::vector<std::string> FilesOfTree(const std::set<std::string>& extensions) {
   return files;
 }
 
-/// Whether a source of this name is anywhere in the tree.
-bool IsSource(const std::string& name) {
-  static const std::set<std::string> names = [] {
-    std::set<std::string> found;
-    for (const fs::path file : FilesOfTree({".cpp", ".h", ".py"})) found.insert(file.filename());
-    return found;
+/// Whether the word, the name of a file or one from a source, is in a file of the tree that is no document.
+bool IsInTree(const std::string& word) {
+  static const std::string everything = [] {
+    std::string texts;
+    for (const std::string& file : FilesOfTree({".cpp", ".h", ".py", ".PD", ".txt", ".in", ".js"})) {
+      texts += fs::path(file).filename().string() + "\n" + ReadFile(kRoot / file).value_or("");
+    }
+    return texts;
   }();
-  return names.contains(name);
+  return everything.find(word) != std::string::npos;
 }
 
 void ExpectShown(const std::string& document) {
@@ -206,7 +208,7 @@ void ExpectNamed(const std::string& document) {
   static const std::regex code("`([^`]+)`"), link("\\]\\(([^)#:]+)(#[^)]*)?\\)");
   static const std::regex path(
       "(src|tests|docs|bench|fuzz|scripts|examples|cmake|\\.ci)/[A-Za-z0-9_.,*{}/-]*");
-  static const std::regex source("[A-Za-z0-9_]+\\.(cpp|h|py)");
+  static const std::regex word("[A-Za-z0-9_]+\\.(cpp|h|py)|[A-Z][a-z]+[A-Z][A-Za-z]*|[a-z]+(_[a-z]+)+");
   static const std::regex prompt(" *\\$ .*"), target("(sudo )?make( [a-zA-Z-]+)?( .*)?");
   const fs::path directory = (kRoot / document).parent_path();
   for (const Block& block : Blocks(document)) {
@@ -222,7 +224,7 @@ void ExpectNamed(const std::string& document) {
       for (std::sregex_iterator at(line.begin(), line.end(), code), end; at != end; ++at) {
         const std::string span = (*at)[1];
         EXPECT_TRUE(!std::regex_match(span, path) || Exists(kRoot, span)) << where << span;
-        EXPECT_TRUE(!std::regex_match(span, source) || IsSource(span)) << where << span;
+        EXPECT_TRUE(!std::regex_match(span, word) || IsInTree(span)) << where << span;
         EXPECT_TRUE(IsUnderstood(span)) << where << span;
       }
       for (std::sregex_iterator at(line.begin(), line.end(), link), end; at != end; ++at) {
