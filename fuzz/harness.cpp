@@ -41,7 +41,7 @@ void GiveUp(void* block) {
 
 }  // namespace
 
-// --- matrix/process_end.h
+// --- base/process_end.h
 
 void EndProcess(int32_t) {
   throw ProcessEnd();

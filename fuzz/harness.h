@@ -1,5 +1,5 @@
 // What the fuzz targets share. A target is a function that takes any bytes and ends the process only when it
-// has found a fault. So the ends of the process (matrix/process_end.h) are linked as exceptions here, and the
+// has found a fault. So the ends of the process (base/process_end.h) are linked as exceptions here, and the
 // memory of the net model (net/memory.h) as blocks that are counted and can be released all at once.
 #pragma once
 

@@ -1,7 +1,7 @@
 // Stable ray numbers. Rays move between rows all the time, but a pair list must name a ray for many
 // constraints; so a ray that enters a pair list gets a number, and IndexLR (number to row) and IndexRL (row
 // to number) follow it. Invariant: the two tables are inverse to each other on numbered rows and numbers in
-// use. A table that cannot grow ends the process (matrix/out_of_memory.h).
+// use. A table that cannot grow ends the process (base/out_of_memory.h).
 #pragma once
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 //
 // Element 0 of a vector is a ray's status and never takes part: vectors are elements 1 to n - 1. Absolute
 // values are 32-bit ones, so that of -2147483648 is itself. Nothing is reported; an impossible division ends
-// the process (matrix/arithmetic.h).
+// the process (base/arithmetic.h).
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ int32_t NEAREST_INT(int32_t a, int32_t b);
 
 long double GGcd(long double a, long double b);
 
-/// Greatest common divisor of elements 1 to n - 1, each first converted to 32 bits (matrix/arithmetic.h).
+/// Greatest common divisor of elements 1 to n - 1, each first converted to 32 bits (base/arithmetic.h).
 long double VGcd(const long double* vector, uint32_t n);
 
 /// Divides elements 1 to n - 1 by VGcd. A vector of zeros is divided by 0 and becomes NaN.
