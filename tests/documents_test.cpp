@@ -208,7 +208,7 @@ void ExpectNamed(const std::string& document) {
   static const std::regex code("`([^`]+)`"), link("\\]\\(([^)#:]+)(#[^)]*)?\\)");
   static const std::regex path(
       "(src|tests|docs|bench|fuzz|scripts|examples|cmake|\\.ci)/[A-Za-z0-9_.,*{}/-]*");
-  static const std::regex word("[A-Za-z0-9_]+\\.(cpp|h|py)|[A-Z][a-z]+[A-Z][A-Za-z]*|[a-z]+(_[a-z]+)+");
+  static const std::regex word("[A-Za-z0-9_]+\\.(cpp|h|py)|[A-Z][a-z]+[A-Z][A-Za-z]*");
   static const std::regex prompt(" *\\$ .*"), target("(sudo )?make( [a-zA-Z-]+)?( .*)?");
   const fs::path directory = (kRoot / document).parent_path();
   for (const Block& block : Blocks(document)) {
