@@ -1,0 +1,67 @@
+// What linear arithmetic says about the markings that a net can reach.
+//
+// A reachable marking M is M0 + C f, where f counts how often each transition fired and C holds what a firing
+// changes: the state equation, with M >= 0 and f >= 0. Markings of interest (dead ones, or such in which all
+// places of a siphon are short of tokens) add conditions of the form "M(p) is less than this" and, joined by
+// "or", one such condition per transition. If all of it has no solution, no such marking is reachable. A
+// solution is a candidate only; marked traps that it empties refute it and are added one after the other
+// (Esparza et al. 2000). Solved by Z3, in exact rational numbers, then with markings in whole numbers.
+//
+// What is left out makes the answer weaker, never wrong: priorities; transitions with an enabling function or
+// a marking-dependent arc, which may be held up by other things than tokens; and the equation of a place that
+// a marking-dependent input or output arc changes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "netkit/model/petri_net.h"
+#include "netkit/siphons/arc_sets.h"
+
+namespace siphons {
+
+/// A solution of the equation. Numbers that are no whole ones are rounded up; those beyond 64 bits are cut.
+struct Candidate {
+  std::vector<int64_t> marking;
+  std::vector<int64_t> firings;  ///< by transition
+  PlaceList empty;               ///< the places that are exactly empty in it
+};
+
+class StateEquation {
+ public:
+  enum class Numbers { kNoEquation, kRational, kWhole };
+  enum class Answer { kNoSolution, kSolution, kUnknown };
+
+  /// The net must outlive the object.
+  StateEquation(const PetriNet& net, Numbers numbers);
+  ~StateEquation();
+  StateEquation(const StateEquation&) = delete;
+  StateEquation& operator=(const StateEquation&) = delete;
+
+  /// From now on every transition that arcs alone hold up is held up.
+  void RequireDead();
+  /// From now on M(place) <= most.
+  void RequireAtMost(int32_t place, int64_t most);
+  /// From now on the places, a trap that is marked initially, hold a token at least.
+  void RequireMarked(const PlaceList& trap);
+
+  /// Conditions between Push and the next Pop are taken back by it.
+  void Push();
+  void Pop();
+
+  /// Looks for a solution in so many steps of the solver; `stop` is asked by another thread meanwhile.
+  Answer Solve(int64_t steps, const std::function<bool()>& stop);
+  /// Steps taken until now.
+  int64_t Steps() const;
+  /// What the last Solve found.
+  Candidate Solution();
+
+ private:
+  struct Z3;
+  const PetriNet& net_;
+  std::unique_ptr<Z3> z3_;
+};
+
+}  // namespace siphons

@@ -1,0 +1,225 @@
+#include "netkit/verdict/verdict.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "netkit/verdict/exploration.h"
+#include "netkit/verdict/replay.h"
+#include "netkit/verdict/shortening.h"
+#include "netkit/verdict/traps.h"
+#include "netkit/verdict/walks.h"
+
+namespace siphons {
+
+namespace {
+
+/// The budgets of the first round.
+constexpr int64_t kWork = 10'000'000;        // of an exploration
+constexpr int64_t kFirings = 100'000;        // of the walks
+constexpr int64_t kSolverSteps = 4'000'000;  // of a proof
+constexpr int64_t kGuidedWalks = 8;
+constexpr int64_t kGrowth = 4;
+constexpr size_t kTrapsPerCandidate = 50;
+
+/// Whether nothing can hold a transition up. What a marking-dependent output arc may do is not known.
+bool AlwaysAllowed(const Transition& transition) {
+  return transition.inputs.empty() && transition.inhibitors.empty() && !transition.enablingFunction &&
+         std::none_of(transition.outputs.begin(), transition.outputs.end(),
+                      [](const Arc& arc) { return arc.markingDependent; });
+}
+
+/// A proof under way: an equation, and the traps that it was given.
+class Proof {
+ public:
+  Proof(const PetriNet& net, StateEquation::Numbers numbers, Ground ground)
+      : net_(net), equation_(net, numbers), ground_(ground) {
+    equation_.RequireDead();
+  }
+
+  enum class State { kOpen, kProved, kCandidate };
+
+  State Go(int64_t steps, TrapFinder& finder, std::vector<PlaceList>& traps,
+           const std::function<bool()>& stop) {
+    const int64_t end = equation_.Steps() + steps;
+    while (state_ == State::kOpen) {
+      for (; trapsGiven_ < traps.size(); ++trapsGiven_) equation_.RequireMarked(traps[trapsGiven_]);
+      const int64_t left = end - equation_.Steps();
+      if (left <= 0) break;
+      const StateEquation::Answer answer = equation_.Solve(left, stop);
+      if (answer == StateEquation::Answer::kUnknown) break;
+      if (answer == StateEquation::Answer::kNoSolution) {
+        state_ = State::kProved;
+        break;
+      }
+      candidate_ = equation_.Solution();
+      const auto found = finder.MarkedTraps(candidate_.empty, kTrapsPerCandidate);
+      if (found.empty()) state_ = State::kCandidate;
+      for (const PlaceList& trap : found) {
+        if (!IsMarkedTrap(net_, trap)) std::abort();  // a proof on it would be worthless
+        traps.push_back(trap);
+      }
+    }
+    return state_;
+  }
+
+  const Candidate& LastCandidate() const { return candidate_; }
+  Ground ItsGround() const { return ground_; }
+
+ private:
+  const PetriNet& net_;
+  StateEquation equation_;
+  Ground ground_;
+  size_t trapsGiven_ = 0;
+  State state_ = State::kOpen;
+  Candidate candidate_;
+};
+
+class Decision {
+ public:
+  Decision(const PetriNet& net, const VerdictLimits& limits, const std::function<bool()>& stop)
+      : net_(net), limits_(limits), stop_(stop), firingNet_(net), finder_(net), proofOver_(!limits.proof) {
+    if (!firingNet_.Exact()) return;
+    if (limits.walks) walks_.emplace(firingNet_);
+    if (limits.breadthFirst) breadthFirst_.emplace(firingNet_, ExplorationOrder::kBreadthFirst);
+    if (limits.reduced && firingNet_.LevelCount() == 1)
+      reduced_.emplace(firingNet_, ExplorationOrder::kReduced);
+  }
+
+  Verdict Run() {
+    if (std::any_of(net_.transitions.begin(), net_.transitions.end(), AlwaysAllowed)) {
+      Free(Ground::kTraps);
+      return std::move(verdict_);
+    }
+    int64_t factor = 1;
+    for (int32_t round = 0; round < limits_.rounds && !stop_(); ++round, factor *= kGrowth) {
+      if (Explore(breadthFirst_, factor * kWork, Ground::kAllMarkings, Ground::kBreadthFirst) ||
+          Walk(factor * kFirings) ||
+          Explore(reduced_, factor * kWork, Ground::kReduced, Ground::kReducedSearch) || Prove(factor) ||
+          FollowGuide(factor * kGuidedWalks)) {
+        return std::move(verdict_);
+      }
+      if (!breadthFirst_ && !reduced_ && !walks_ && proofOver_) break;
+    }
+    verdict_.reason = ReasonOfDoubt();
+    return std::move(verdict_);
+  }
+
+ private:
+  bool Explore(std::optional<Exploration>& exploration, int64_t work, Ground freeBy, Ground deadBy) {
+    if (!exploration) return false;
+    const Exploration::End end = exploration->Run(work, limits_.bytes, stop_);
+    verdict_.markings = std::max(verdict_.markings, exploration->Markings());
+    switch (end) {
+      case Exploration::End::kExhausted:
+        return Free(freeBy);
+      case Exploration::End::kDeadlock:
+        return Dead(deadBy, exploration->Sequence());
+      case Exploration::End::kTooLarge:
+        tooLarge_ = true;
+        exploration.reset();
+        break;
+      case Exploration::End::kLimit:
+        if (exploration->Bytes() >= limits_.bytes) exploration.reset();
+        break;
+      case Exploration::End::kStopped:
+        break;
+    }
+    return false;
+  }
+
+  bool Walk(int64_t firings) {
+    return walks_ && walks_->Run(firings, stop_) && Dead(Ground::kWalk, walks_->Sequence());
+  }
+
+  bool FollowGuide(int64_t walks) {
+    if (!walks_ || !verdict_.candidate) return false;
+    for (int64_t i = 0; i < walks && !stop_(); ++i) {
+      if (walks_->FollowGuide(stop_)) return Dead(Ground::kWalk, walks_->Sequence());
+    }
+    return false;
+  }
+
+  /// Goes on with the traps alone in the first round, then with the equation.
+  bool Prove(int64_t factor) {
+    if (factor == 1 && !proofOver_) {
+      Proof proof(net_, StateEquation::Numbers::kNoEquation, Ground::kTraps);
+      if (Advance(proof, kSolverSteps) == Proof::State::kProved) return Free(Ground::kTraps);
+      equation_.emplace(net_, StateEquation::Numbers::kRational, Ground::kEquation);
+    }
+    while (equation_ && !stop_()) {
+      switch (Advance(*equation_, factor * kSolverSteps)) {
+        case Proof::State::kOpen:
+          return false;
+        case Proof::State::kProved:
+          return Free(equation_->ItsGround());
+        case Proof::State::kCandidate:
+          break;
+      }
+      verdict_.candidate = equation_->LastCandidate();
+      if (walks_) walks_->SetGuide(verdict_.candidate->firings);
+      const bool rational = equation_->ItsGround() == Ground::kEquation;
+      equation_.reset();
+      if (FollowGuide(kGuidedWalks)) return true;
+      if (rational) equation_.emplace(net_, StateEquation::Numbers::kWhole, Ground::kWholeEquation);
+    }
+    proofOver_ = !equation_;
+    return false;
+  }
+
+  Proof::State Advance(Proof& proof, int64_t steps) { return proof.Go(steps, finder_, traps_, stop_); }
+
+  bool Free(Ground ground) {
+    verdict_.finding = Finding::kDeadlockFree;
+    verdict_.ground = ground;
+    const bool byTraps =
+        ground == Ground::kTraps || ground == Ground::kEquation || ground == Ground::kWholeEquation;
+    if (byTraps) verdict_.traps = traps_;
+    verdict_.candidate.reset();
+    return true;
+  }
+
+  bool Dead(Ground ground, std::vector<int32_t> sequence) {
+    if (ground != Ground::kBreadthFirst) sequence = Shortened(firingNet_, std::move(sequence), stop_);
+    const auto marking = Replay(net_, sequence);
+    if (!marking || !IsDead(net_, *marking)) std::abort();  // the search and the net disagree
+    verdict_.finding = Finding::kDeadlock;
+    verdict_.ground = ground;
+    verdict_.sequence = std::move(sequence);
+    verdict_.dead = *marking;
+    return true;
+  }
+
+  std::string ReasonOfDoubt() const {
+    if (!firingNet_.Exact()) {
+      return "enabling functions or marking-dependent arcs keep the firings from being followed, and the "
+             "state equation with traps does not rule a dead marking out";
+    }
+    std::string reason =
+        proofOver_ ? "the state equation has a dead marking that no trap refutes and no firings reach"
+                   : "neither proof nor dead marking within the limits";
+    if (tooLarge_) reason += "; numbers of tokens leave 64 bits";
+    return reason + "; " + std::to_string(verdict_.markings) + " markings and " +
+           std::to_string(walks_ ? walks_->Firings() : 0) + " firings looked at";
+  }
+
+  const PetriNet& net_;
+  VerdictLimits limits_;
+  const std::function<bool()>& stop_;
+  FiringNet firingNet_;
+  TrapFinder finder_;
+  std::optional<Walks> walks_;
+  std::optional<Exploration> breadthFirst_, reduced_;
+  std::optional<Proof> equation_;
+  std::vector<PlaceList> traps_;
+  bool proofOver_, tooLarge_ = false;
+  Verdict verdict_;
+};
+
+}  // namespace
+
+Verdict Decide(const PetriNet& net, const VerdictLimits& limits, const std::function<bool()>& stop) {
+  return Decision(net, limits, stop).Run();
+}
+
+}  // namespace siphons

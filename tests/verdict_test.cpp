@@ -1,0 +1,201 @@
+// The verdict on deadlocks: against a literal listing of all markings on random nets, each of its lines
+// alone; what guards a proof and a sequence; numbers at the end of 64 bits; shortest ways, shortening.
+#include "netkit/verdict/verdict.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <tuple>
+
+#include "netkit/verdict/firing_net.h"
+#include "netkit/verdict/marking_store.h"
+#include "netkit/verdict/replay.h"
+#include "netkit/verdict/shortening.h"
+#include "netkit/verdict/traps.h"
+#include "tests/random_nets.h"
+
+namespace siphons {
+namespace {
+
+const auto kNever = [] { return false; };
+
+using Ends = std::vector<std::pair<int32_t, int64_t>>;
+
+std::vector<Arc> MakeArcs(const Ends& ends) {
+  std::vector<Arc> arcs(ends.size());
+  for (size_t i = 0; i < ends.size(); ++i) std::tie(arcs[i].place, arcs[i].weight) = ends[i];
+  return arcs;
+}
+
+Transition MakeTransition(const Ends& inputs, const Ends& outputs) {
+  Transition transition;
+  transition.inputs = MakeArcs(inputs);
+  transition.outputs = MakeArcs(outputs);
+  return transition;
+}
+
+PetriNet MakeNet(const std::vector<int64_t>& tokens, std::vector<Transition> transitions) {
+  PetriNet net;
+  for (const int64_t count : tokens) net.places.emplace_back().tokens = count;
+  net.transitions = std::move(transitions);
+  return net;
+}
+
+/// One line of the verdict, with what it can be expected to decide.
+struct Line {
+  const char* name;
+  VerdictLimits limits;
+  bool decidesAll;
+};
+
+/// Compares verdicts with listings; the number of nets can be raised by VERDICT_NETS.
+void CompareWithListings(const NetFeatures& features, uint32_t seed, int nets) {
+  if (const char* const wanted = std::getenv("VERDICT_NETS")) nets = std::atoi(wanted);
+  const std::vector<Line> lines = {
+      {"all", {.rounds = 2}, true},
+      {"proof", {.rounds = 1, .breadthFirst = false, .reduced = false, .walks = false}, false},
+      {"reduced", {.rounds = 2, .proof = false, .breadthFirst = false, .walks = false}, !features.priorities},
+      {"walks", {.rounds = 1, .proof = false, .breadthFirst = false, .reduced = false}, false}};
+  std::mt19937 random(seed);
+  int free = 0, dead = 0;
+  for (int i = 0; i < nets; ++i) {
+    SCOPED_TRACE("seed " + std::to_string(seed) + ", net " + std::to_string(i));
+    const PetriNet net = RandomNet(random, features);
+    const Listing listing = ListMarkings(net, 3000);
+    if (!listing.complete && !listing.dead) continue;
+    for (const Line& line : lines) {
+      SCOPED_TRACE(line.name);
+      const Verdict verdict = Decide(net, line.limits, kNever);
+      free += verdict.finding == Finding::kDeadlockFree ? 1 : 0;
+      if (listing.dead) {
+        EXPECT_NE(verdict.finding, Finding::kDeadlockFree);
+      } else {
+        EXPECT_NE(verdict.finding, Finding::kDeadlock);
+      }
+      if (verdict.finding == Finding::kDeadlock) {
+        ++dead;
+        EXPECT_EQ(Replay(net, verdict.sequence), verdict.dead);
+        EXPECT_TRUE(!listing.complete || listing.markings.count(verdict.dead) > 0);
+        EXPECT_TRUE(IsDead(net, verdict.dead));
+      }
+      if (!features.unknown && line.decidesAll && listing.complete) {
+        EXPECT_NE(verdict.finding, Finding::kUndecided);
+      }
+      if (testing::Test::HasFailure()) return;
+    }
+  }
+  EXPECT_GT(free, nets / 20);
+  if (!features.unknown) {
+    EXPECT_GT(dead, nets / 2);
+  }
+}
+
+TEST(Verdict, AgreesWithListings) {
+  CompareWithListings({}, 1, 150);
+  CompareWithListings({.inhibitors = false, .priorities = false}, 2, 150);
+  CompareWithListings({.priorities = false}, 3, 100);
+  CompareWithListings({.unknown = true}, 4, 100);
+}
+
+// p0 -> p1 -> p0 with 3 tokens, where t1 moves 2 at a time: blocks with 1 token in p1.
+const PetriNet kPairs = MakeNet({3, 0}, {MakeTransition({{0, 1}}, {{1, 1}}), MakeTransition({{1, 2}}, {})});
+
+TEST(Verdict, SequencesAreReplayed) {
+  const Verdict verdict = Decide(kPairs, {}, kNever);
+  EXPECT_EQ(verdict.sequence.size(), 4U);  // a shortest one
+  EXPECT_EQ(verdict.dead, (std::vector<int64_t>{0, 1}));
+  std::vector<int32_t> oneTooMany = verdict.sequence;
+  oneTooMany.push_back(1);
+  EXPECT_FALSE(Replay(kPairs, oneTooMany));
+  const std::vector<int32_t> oneTooFew(verdict.sequence.begin(), verdict.sequence.end() - 1);
+  EXPECT_FALSE(IsDead(kPairs, Replay(kPairs, oneTooFew).value()));
+
+  PetriNet ranked = kPairs;  // t1 goes before t0 as soon as it can
+  ranked.transitions[1].kind = TransitionKind::kImmediate;
+  EXPECT_FALSE(Replay(ranked, std::vector<int32_t>{0, 0, 0, 1}));
+  EXPECT_TRUE(Replay(ranked, std::vector<int32_t>{0, 0, 1, 0}));
+  ranked.transitions[0].kind = TransitionKind::kImmediate;
+  ranked.transitions[0].priority = 2;
+  EXPECT_TRUE(Replay(ranked, std::vector<int32_t>{0, 0, 0, 1}));
+
+  PetriNet timed = kPairs;  // a priority counts among immediate transitions only
+  timed.transitions[1].priority = 5;
+  EXPECT_TRUE(Replay(timed, std::vector<int32_t>{0, 0, 0, 1}));
+  EXPECT_EQ(FiringNet(timed).LevelCount(), 1);
+}
+
+TEST(Verdict, TrapsAreTested) {
+  PetriNet net =
+      MakeNet({1, 0, 0}, {MakeTransition({{0, 1}}, {{1, 1}}), MakeTransition({{1, 1}}, {{0, 1}, {2, 1}}),
+                          MakeTransition({{2, 1}}, {})});
+  EXPECT_TRUE(IsMarkedTrap(net, {0, 1}));
+  EXPECT_FALSE(IsMarkedTrap(net, {0}));
+  EXPECT_FALSE(IsMarkedTrap(net, {0, 1, 2}));
+  EXPECT_EQ(TrapFinder(net).MarkedTraps({0, 1, 2}, 9), (std::vector<PlaceList>{{0, 1}}));
+  EXPECT_EQ(Decide(net, {.breadthFirst = false, .reduced = false}, kNever).ground, Ground::kTraps);
+  net.transitions[0].outputs[0].markingDependent = true;  // it may give nothing back
+  EXPECT_FALSE(IsMarkedTrap(net, {0, 1}));
+  EXPECT_TRUE(TrapFinder(net).MarkedTraps({0, 1, 2}, 9).empty());
+  EXPECT_EQ(Decide(net, {.rounds = 1}, kNever).finding, Finding::kUndecided);
+}
+
+TEST(Verdict, NumbersDoNotWrap) {
+  // p0 grows by 2^62 with each firing of t0; t1 needs p1, which is never marked.
+  const int64_t much = int64_t{1} << 62;
+  PetriNet net = MakeNet({1, 0}, {MakeTransition({{0, 1}}, {{0, much}}), MakeTransition({{1, 1}}, {})});
+  EXPECT_EQ(Decide(net, {.rounds = 1, .proof = false}, kNever).finding, Finding::kUndecided);
+  EXPECT_EQ(Decide(net, {}, kNever).finding, Finding::kDeadlockFree);
+  EXPECT_FALSE(Replay(net, std::vector<int32_t>{0, 0, 0}));
+  Marking marking = {1, 5};
+  const FiringNet firing(MakeNet({1, 0}, {MakeTransition({}, {{0, much}, {1, INT64_MAX}})}));
+  EXPECT_FALSE(firing.Fire(0, marking));
+  EXPECT_EQ(marking, (Marking{1, 5}));
+}
+
+TEST(Verdict, NetsWithoutTransitionsAreDead) {
+  EXPECT_EQ(Decide(MakeNet({1}, {}), {}, kNever).finding, Finding::kDeadlock);
+  EXPECT_EQ(Decide(MakeNet({0}, {MakeTransition({}, {{0, 1}})}), {}, kNever).finding, Finding::kDeadlockFree);
+}
+
+TEST(MarkingStore, FindsWhatItHolds) {
+  constexpr int32_t kPlaces = 40;
+  std::mt19937_64 random(7);
+  Marking marking(kPlaces, 1);
+  MarkingStore store(marking);
+  std::vector<Marking> entered = {marking};
+  std::set<Marking> known = {marking};
+  int32_t number = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    const size_t p = random() % kPlaces;
+    const int bits = static_cast<int>(random() % (i < 10'000 ? 3 : 64));
+    marking[p] = static_cast<int64_t>(random() & ((uint64_t{1} << bits) - 1));
+    const PlaceTokens change{static_cast<int32_t>(p), 1};
+    const MarkingStore::Entry entry = store.Enter(number, {&change, 1}, marking);
+    number = entry.number;
+    ASSERT_EQ(entry.isNew, known.insert(marking).second);
+    if (entry.isNew) entered.push_back(marking);
+    ASSERT_EQ(entered[static_cast<size_t>(number)], marking);
+  }
+  for (const size_t i : {size_t{0}, entered.size() / 2, entered.size() - 1}) {
+    store.Unpack(static_cast<int32_t>(i), marking);
+    EXPECT_EQ(marking, entered[i]);
+  }
+}
+
+TEST(Shortening, TakesOutWhatIsInVain) {
+  // t2 and t3 go round beside the way into the dead marking; t4 only delays.
+  PetriNet net = kPairs;
+  net.places.resize(5);
+  net.places[2].tokens = net.places[4].tokens = 1;
+  net.transitions.push_back(MakeTransition({{2, 1}, {0, 1}}, {{3, 1}, {0, 1}}));
+  net.transitions.push_back(MakeTransition({{3, 1}, {0, 1}}, {{2, 1}, {0, 1}}));
+  net.transitions.push_back(MakeTransition({{4, 1}, {0, 1}}, {{0, 1}}));
+  const FiringNet firing(net);
+  const std::vector<int32_t> shorter = Shortened(firing, {2, 3, 4, 2, 0, 3, 2, 0, 1, 0}, kNever);
+  EXPECT_EQ(shorter.size(), 4U);
+  EXPECT_TRUE(IsDead(net, Replay(net, shorter).value()));
+}
+
+}  // namespace
+}  // namespace siphons
