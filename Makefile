@@ -34,12 +34,14 @@ build-%:
 	@cmake --preset $* >/dev/null
 	@cmake --build --preset $* -j $(JOBS) -- --no-print-directory
 
-# The fast solver against the plain one, and netkit's enumeration against clingo's, each in one run.
+# The fast solver against the plain one, small nets against large ones in the reader, and netkit's enumeration against
+# clingo's, each in one run.
 bench:
 	@scripts/setup bench
 	@cmake --preset release -DBUILD_TESTING=OFF -DSIPHONS_BENCH=ON >/dev/null
-	@cmake --build --preset release -j $(JOBS) --target bench_solver bench_enumeration
+	@cmake --build --preset release -j $(JOBS) --target bench_solver bench_loader bench_enumeration
 	@build/release/bench/bench_solver --benchmark_counters_tabular=true
+	@build/release/bench/bench_loader --benchmark_counters_tabular=true
 	@build/release/bench/bench_enumeration --benchmark_counters_tabular=true
 
 # Each fuzz target for TIME seconds, two at a time.
