@@ -1,10 +1,10 @@
-// The place for a translation of paths. A leaf: any floor may use it, it uses nothing.
+// Every path passes through fetch_path before its file is opened, so that a translation of paths, should one
+// be wanted, has one place. There is none yet.
 #pragma once
 
 namespace siphons {
 
-/// Receives the buffer of every path right before the path is opened and may rewrite it in place. The
-/// identity.
+/// Receives the buffer that holds the path and may rewrite it in place. It leaves the path as it is.
 void fetch_path(char* path);
 
 }  // namespace siphons

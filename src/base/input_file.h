@@ -1,4 +1,5 @@
-// Opening the files of a net, so that a failure while one is read is told apart from its end.
+// Opening the files of a net in such a way that a failure of the system while a file is read cannot be taken
+// for the end of the file.
 #pragma once
 
 #include <fstream>

@@ -1,4 +1,5 @@
-// Writing the files of a net, so that none is left that looks whole and is not.
+// Writing the files of a net. A file is written whole or left empty; a part of one could be taken for the
+// whole.
 #pragma once
 
 #include <cstdio>

@@ -1,5 +1,5 @@
-// Every way in which the program ends before main returns. One place of its own, so that a test harness can
-// link another end instead and go on.
+// Every way in which a program ends before main returns. They have a file of their own because the fuzz
+// targets link other definitions, which throw an exception, and so survive the end of a run.
 #pragma once
 
 #include <cstdint>

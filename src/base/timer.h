@@ -1,5 +1,4 @@
-// Numbered stopwatches of processor time. Numbers in use: 20 the driver's whole computation, 0 one solve, 3
-// the partition of the rays inside the solver. A leaf: any floor may use it, it uses the ground floor only.
+// Numbered stopwatches of processor time.
 #pragma once
 
 #include <array>
@@ -12,6 +11,13 @@ struct Timer {
   int32_t stop;     ///< clock() at the last stop, low 32 bits
   double total;     ///< seconds of all completed intervals
   int32_t running;  ///< 1 between start and stop, else 0
+};
+
+/// The numbers in use, each by one part of the program.
+enum TimerNumber : uint32_t {
+  kSolveTimer = 0,         ///< one solve
+  kPartitionTimer = 3,     ///< inside a solve: the partition of the rays by sign
+  kComputationTimer = 20,  ///< the whole computation, which the report tells
 };
 
 inline constexpr uint32_t kTimers = 25;

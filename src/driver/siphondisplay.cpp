@@ -22,7 +22,6 @@ namespace siphons {
 namespace {
 
 constexpr size_t kReportPathBuffer = 4096;
-constexpr uint32_t kComputationTimer = 20;
 
 void RefuseUnusableNet() {
   if (no_places < 1) {

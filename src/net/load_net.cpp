@@ -124,6 +124,8 @@ void ReadSections(Net& net, std::istream& in) {
 }
 
 void WarnSingleServer(const Net& net) {
+  // What counts as the length of the message: 94 for its beginning, then the names alone. The comma and blank
+  // before a name are tested against the limit and not counted afterwards.
   constexpr size_t kIntroduction = 94;
   constexpr size_t kLimit = 250;
   Message message;
@@ -141,7 +143,7 @@ void WarnSingleServer(const Net& net) {
     } else if (length + nameLength + 2 < kLimit) {
       AppendBounded(message, ", ");
       AppendBounded(message, t.name);
-      length += nameLength;  // the two characters of ", " are not counted
+      length += nameLength;
     }
   }
   if (length == 0) return;

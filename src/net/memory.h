@@ -19,8 +19,8 @@ char* nStrdup(const char* text);
 /// Releases the block; null is ignored.
 void Free(void* block);
 
-/// Gives a block up without releasing it: others may still refer into it. It stays reachable until the
-/// process ends.
+/// Keeps a block that its owner gives up, because others may still refer into it: it remains reachable until
+/// the process ends, so that no leak checker takes it for lost.
 void Abandon(void* block);
 
 /// The size of `count` records; ends the process as nMalloc does when it does not fit 32 bits.

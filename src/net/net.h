@@ -6,8 +6,8 @@
 // Pointers to records point into tables of the same net. Where a value may have one of two forms, the field
 // `is_value` or `delay_type` says which field holds it.
 //
-// A place takes some 80 bytes and its name, a transition some 300, an arc 40 and its points; a net of 50,000
-// places and 150,000 arcs about 30 MB.
+// A place takes 56 bytes, a transition 184, an arc 40, a point 16, besides the names: a net of 50,000 places,
+// as many transitions and 150,000 arcs makes 20 MB.
 #pragma once
 
 #include <cstdint>

@@ -33,7 +33,6 @@ namespace siphons {
 
 namespace {
 
-constexpr uint32_t kPartitionTimer = 3;
 constexpr uint32_t kMinFColumns = 2;
 
 /// Work arrays and starting cone.

@@ -11,8 +11,6 @@ namespace siphons {
 
 namespace {
 
-constexpr uint32_t kSolveTimer = 0;
-
 void FreeRays() {
   FreeMat(Ray);
   FreeMat(Sat);

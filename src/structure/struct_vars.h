@@ -1,6 +1,8 @@
 // The structural tables: places and transitions numbered from 0 in the order of the net, and the arcs as
 // sparse rows, one per transition. They are built once per process by config_net, extended by read_info, and
-// never released.
+// never released. A place takes 64 bytes, a transition 96 and an arc, with what the
+// allocator adds, 32: 50,000 of each of the first two with 150,000 arcs make 13 MB. Most transitions have
+// fewer than ten arcs, so that rows are short lists.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +23,8 @@ struct struct_place {
   int32_t md_arc;         ///< 1 when an arc with a marking-dependent multiplicity touches the place
 };
 
-/// Kinds of a structural transition; the numbers of the two middle ones are those of the net model exchanged.
+/// What kind a transition of the structural table is. Deterministic and exponential have the numbers 1 and 2
+/// here, and 2 and 1 in the net model (TransitionType).
 enum StructuralKind : int32_t {
   kKindImmediate = 0,
   kKindDeterministic = 1,
