@@ -40,4 +40,7 @@ inline void WriteFile(const fs::path& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
 }
 
+/// A definition info file that says nothing.
+inline const std::string kNoInfo = "MD_ARCS: 0\nEND_MD_ARCS\nMD_DELAYS: 0\nMD_ENABLING: 0\n";
+
 }  // namespace siphons

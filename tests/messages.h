@@ -8,9 +8,12 @@
 #include <fnmatch.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -29,6 +32,24 @@ struct Outcome {
 /// Outcome::status of what waitpid tells.
 inline int StatusOf(int status) {
   return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+/// Runs a function in a process of its own.
+inline Outcome InChild(const std::function<void()>& run) {
+  const TemporaryDirectory streams;
+  const fs::path out = streams.path() / "out", err = streams.path() / "err";
+  std::fflush(nullptr);
+  const pid_t child = fork();
+  if (child == 0) {
+    for (std::FILE* file : {std::freopen(out.c_str(), "w", stdout), std::freopen(err.c_str(), "w", stderr)}) {
+      std::setvbuf(file, nullptr, _IONBF, 0);
+    }
+    run();
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {*ReadFile(out), *ReadFile(err), StatusOf(status)};
 }
 
 struct MessageRow {

@@ -70,9 +70,6 @@ inline Outcome RunNet(const fs::path& model, const std::string& net = "net") {
   return RunProgram(ModelDirectory(model), SIPHONS_PROGRAM, net);
 }
 
-/// A definition info file that says nothing.
-inline const std::string kNoInfo = "MD_ARCS: 0\nEND_MD_ARCS\nMD_DELAYS: 0\nMD_ENABLING: 0\n";
-
 /// The text with the path of the model directory masked.
 inline std::string Masked(std::string text, const fs::path& model) {
   const std::string path = model.string();

@@ -1,9 +1,6 @@
 // What single tables tell when they find no memory, which a run meets by chance only. Each in a process of
 // its own.
 #include <sys/resource.h>
-#include <unistd.h>
-
-#include <functional>
 
 #include "matrix/matrix.h"
 #include "net/memory.h"
@@ -15,25 +12,14 @@ namespace {
 
 /// Runs in a process that gets no further page and whose allocator holds nothing any more.
 Outcome WithoutMemory(const std::function<void()>& run) {
-  const TemporaryDirectory streams;
-  const fs::path out = streams.path() / "out", err = streams.path() / "err";
-  std::fflush(nullptr);
-  const pid_t child = fork();
-  if (child == 0) {
-    std::FILE* const files[] = {std::freopen(out.c_str(), "w", stdout),
-                                std::freopen(err.c_str(), "w", stderr)};
-    std::setvbuf(files[0], nullptr, _IONBF, 0);
+  return InChild([&run] {
     const rlimit none{1 << 20, RLIM_INFINITY};
     setrlimit(RLIMIT_AS, &none);
     for (size_t size = 1 << 20; size >= 16; size /= 2) {
       for (void* volatile block = std::malloc(size); block != nullptr;) block = std::malloc(size);
     }
     run();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return {*ReadFile(out), *ReadFile(err), StatusOf(status)};
+  });
 }
 
 TEST(Shortage, IsTold) {

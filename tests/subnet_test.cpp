@@ -20,41 +20,20 @@ std::string Written(void (*write)(std::FILE*)) {
   return result;
 }
 
-TEST(Subnets, PlacesWithBoundsComeFirst) {
-  for (uint32_t seed = 0; seed < 50; ++seed) {
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    std::mt19937 random(seed);
-    std::vector<struct_place> table(seed % 12);
-    Row list;
-    for (size_t p = 0; p < table.size(); ++p) {
-      table[p].bound = static_cast<int32_t>(Below(random, 5));
-      list.push_back(static_cast<int32_t>(p));
-    }
-    Row expected = list;
-    std::stable_sort(expected.begin(), expected.end(), [&](int32_t a, int32_t b) {
-      const auto key = [&](int32_t p) {
-        return static_cast<uint32_t>(table[static_cast<size_t>(p)].bound) - 1;
-      };
-      return key(a) < key(b);  // 0 becomes the greatest
-    });
-    places = table.data();
-    subnet_rec subnet{};
-    subnet.nplaces = static_cast<int32_t>(list.size());
-    subnet.place_list = list.data();
-    sort_places(&subnet);
-    places = nullptr;
-    EXPECT_EQ(list, expected);
-  }
-}
-
-TEST(Subnets, BitsAndWords) {
-  EXPECT_EQ(BitsOfBound(0), 1);
-  EXPECT_EQ(BitsOfBound(1), 1);
-  EXPECT_EQ(BitsOfBound(7), 3);
-  EXPECT_EQ(BitsOfBound(8), 4);
-  EXPECT_EQ(WordsOfBits(0), 0);
-  EXPECT_EQ(WordsOfBits(16), 1);
-  EXPECT_EQ(WordsOfBits(17), 2);
+TEST(Subnets, BoundsOrderThePlacesAndTakeBits) {
+  std::vector<struct_place> table(7);
+  Row list{0, 1, 2, 3, 4, 5, 6};
+  const int32_t bounds[] = {0, 3, 1, 0, 3, 8, 1};
+  for (size_t p = 0; p < table.size(); ++p) table[p].bound = bounds[p];
+  places = table.data();
+  subnet_rec subnet{};
+  subnet.nplaces = 7;
+  subnet.place_list = list.data();
+  sort_places(&subnet);
+  places = nullptr;
+  EXPECT_EQ(list, (Row{2, 6, 1, 4, 5, 0, 3}));
+  EXPECT_EQ((Row{BitsOfBound(0), BitsOfBound(1), BitsOfBound(7), BitsOfBound(8)}), (Row{1, 1, 3, 4}));
+  EXPECT_EQ((Row{WordsOfBits(0), WordsOfBits(16), WordsOfBits(17)}), (Row{0, 1, 2}));
 }
 
 TEST(Subnets, SensesOfConnection) {
