@@ -10,6 +10,10 @@ namespace siphons {
 
 namespace {
 
+/// How many maximal sets a candidate is compared with at most. Behind some hundred, a look into the tree of
+/// the facet costs less.
+constexpr size_t kMostKept = 256;
+
 /// The least number of constraints up to k that the rows of an adjacent pair saturate in common.
 uint32_t LeastCommon() {
   return Dimension >= 3 ? Dimension - 3 : 0;
@@ -51,7 +55,8 @@ AdjacencySearch::AdjacencySearch(uint32_t first, uint32_t k, InstructionSet set)
       lastHolder_(kNoRow),
       partners_(set, patterns_.wordCount),
       between_{{}, 0},
-      shared_{{}, patterns_.wordCount} {
+      shared_{{}, patterns_.wordCount},
+      kept_(kMostKept * patterns_.wordCount) {
   facet_.Build(patterns_, order_);
   assert(facet_.UnionsHold());
 }
@@ -88,50 +93,56 @@ void AdjacencySearch::FindCandidates(uint32_t a, uint64_t& tests) {
   }
 }
 
-void AdjacencySearch::KeepMaximal() {
-  const size_t sizes = 64 * patterns_.wordCount + 1;
-  start_.assign(sizes, 0);
+/// Orders the candidates by falling size of S, by counting.
+void AdjacencySearch::OrderCandidates() {
+  start_.assign(64 * patterns_.wordCount + 1, 0);
   for (const Candidate& candidate : candidates_) ++start_[candidate.size];
   uint32_t sum = 0;
-  for (size_t size = sizes; size-- > 0;) {
+  for (size_t size = start_.size(); size-- > 0;) {
     sum += start_[size];
     start_[size] = sum - start_[size];
   }
-  sorted_.resize(candidates_.size());
-  for (uint32_t i = 0; i < candidates_.size(); ++i) sorted_[start_[candidates_[i].size]++] = i;
+  ordered_.resize(candidates_.size());
+  for (uint32_t i = 0; i < candidates_.size(); ++i) ordered_[start_[candidates_[i].size]++] = i;
+}
 
-  maximal_.clear();
-  size_t blocks = 0;
-  for (const uint32_t i : sorted_) {
-    const PatternBlocks sets{maximalSets_.data(), patterns_.wordCount};
-    const size_t holder = kernels_.firstHolding(sets, blocks, shared_[i]);
-    if (holder < maximal_.size()) {
-      if (maximal_[holder].candidate.size == candidates_[i].size) maximal_[holder].repeated = true;
-      continue;
-    }
-    if (maximal_.size() == blocks * kBlockPatterns) {
-      ++blocks;
-      const size_t needed = blocks * kBlockPatterns * patterns_.wordCount;
-      if (maximalSets_.size() < needed) maximalSets_.resize(needed);
-      std::fill_n(
-          maximalSets_.begin() + static_cast<ptrdiff_t>(needed - kBlockPatterns * patterns_.wordCount),
-          kBlockPatterns * patterns_.wordCount, 0);
-    }
-    for (size_t w = 0; w < patterns_.wordCount; ++w) {
-      maximalSets_[sets.IndexOf(maximal_.size(), w)] = shared_[i][w];
-    }
-    maximal_.push_back({candidates_[i], i, false});
+/// Whether a set that was kept holds this one. The block that held the last one is tried first.
+bool AdjacencySearch::LiesInKept(const uint64_t* set) {
+  const size_t blockSize = kBlockPatterns * patterns_.wordCount;
+  const auto inBlocks = [&](size_t first, size_t count) {
+    const size_t holder =
+        kernels_.firstHolding({kept_.data() + first * blockSize, patterns_.wordCount}, count, set);
+    if (first * kBlockPatterns + holder >= keptCount_ || holder == count * kBlockPatterns) return false;
+    lastKeptBlock_ = first + holder / kBlockPatterns;
+    return true;
+  };
+  const size_t blocks = (keptCount_ + kBlockPatterns - 1) / kBlockPatterns;
+  return (lastKeptBlock_ < blocks && inBlocks(lastKeptBlock_, 1)) || inBlocks(0, blocks);
+}
+
+void AdjacencySearch::Keep(const uint64_t* set) {
+  if (keptCount_ == kMostKept) return;
+  const PatternBlocks kept{kept_.data(), patterns_.wordCount};
+  if (keptCount_ % kBlockPatterns == 0) {
+    const size_t blockSize = kBlockPatterns * patterns_.wordCount;
+    std::fill_n(kept_.begin() + static_cast<ptrdiff_t>(keptCount_ / kBlockPatterns * blockSize), blockSize,
+                0);
   }
+  for (size_t w = 0; w < patterns_.wordCount; ++w) kept_[kept.IndexOf(keptCount_, w)] = set[w];
+  ++keptCount_;
 }
 
 std::span<const uint32_t> AdjacencySearch::AdjacentPartners(uint32_t a, uint64_t& tests) {
   FindCandidates(a, tests);
-  KeepMaximal();
+  OrderCandidates();
   adjacent_.clear();
-  for (const Maximal& maximal : maximal_) {
-    if (maximal.repeated || maximal.candidate.passedOver) continue;
-    const uint32_t b = first_ + partnerRows_[maximal.candidate.position];
-    if (NoThirdRowHolds(shared_[maximal.number], a, b)) adjacent_.push_back(b);
+  keptCount_ = 0;
+  for (const uint32_t i : ordered_) {
+    if (LiesInKept(shared_[i])) continue;
+    Keep(shared_[i]);
+    if (candidates_[i].passedOver) continue;
+    const uint32_t b = first_ + partnerRows_[candidates_[i].position];
+    if (NoThirdRowHolds(shared_[i], a, b)) adjacent_.push_back(b);
   }
   std::sort(adjacent_.begin(), adjacent_.end());
   return adjacent_;
@@ -144,6 +155,7 @@ bool AdjacencySearch::HoldsAll(uint32_t row, const uint64_t* needed) const {
   return missing == 0;
 }
 
+/// Whether no row but a and b saturates all of `needed`. The row that separated the last pair is tried first.
 bool AdjacencySearch::NoThirdRowHolds(const uint64_t* needed, uint32_t a, uint32_t b) {
   const bool haveHolder = lastHolder_ != kNoRow && lastHolder_ != a && lastHolder_ != b;
   if (haveHolder && HoldsAll(lastHolder_, needed)) return false;
