@@ -9,6 +9,7 @@
 
 #include "solver/adjacency_search.h"
 #include "solver/lists.h"
+#include "solver/progress.h"
 #include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
 
@@ -43,6 +44,7 @@ class ParentTests {
   static void TellProgress() {
     constexpr int32_t kInterval = 500000;
     if (adjcounter % kInterval != 0) return;
+    ClearProgress();
     std::printf("Adjacency test called %i times, nb of adj pairs %i, no. quick tests: %i\n", adjcounter,
                 adjcounter - redcounter, quickcounter);
   }
@@ -93,6 +95,7 @@ int32_t FilePairsOnFacet(uint32_t k, uint32_t first) {
     if (!search) search.emplace(first, k, pairSearchInstructions);
     search->ChoosePartners(end, static_cast<uint32_t>(due));
     for (uint32_t a = group; a < end; ++a) {
+      ShowProgress(k);
       for (const uint32_t b : search->AdjacentPartners(a, solveCounts.tests)) {
         if (FilePair(due, a, b) != 0) return 1;
       }

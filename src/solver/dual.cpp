@@ -26,6 +26,7 @@
 #include "solver/index.h"
 #include "solver/inequalities.h"
 #include "solver/invariants.h"
+#include "solver/progress.h"
 #include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
 
@@ -207,6 +208,7 @@ int32_t PairsOnFacet(uint32_t k, uint32_t first) {
 /// The main iteration from constraint `first` on. Returns nonzero on failure.
 int32_t Iterate(uint32_t first) {
   for (uint32_t k = first; k < NbConstraints; ++k) {
+    ShowProgress(k);
     SetCurrentConstraint(k);
     const Signs signs = PartitionBySign();
     const bool pairsFiled = LiListArray[k]->nbKeys != 0;
@@ -229,6 +231,7 @@ int32_t Iterate(uint32_t first) {
 }  // namespace
 
 int32_t Dual() {
+  StartProgress();
   Start();
   const Basis basis = EliminateLines();
   EvalAllConstraints(0, 0, static_cast<int32_t>(NbConstraints));
@@ -237,6 +240,7 @@ int32_t Dual() {
   --NbRay;
   if (status == 0) status = Iterate(basis.first);
   End();
+  ClearProgress();
   if (status == 0) return 0;
   std::printf("Error!");
   return 1;

@@ -14,6 +14,7 @@
 #include "base/arithmetic.h"
 #include "base/process_end.h"
 #include "solver/intOps.h"
+#include "solver/progress.h"
 #include "solver/sharedVars.h"
 
 namespace siphons {
@@ -52,6 +53,7 @@ int32_t CombineRow(uint32_t a, uint32_t b, uint32_t destination, int32_t fa, int
     const int32_t y = rowB[k];
     if (ProductOverflows(x, fa) || ProductOverflows(y, fb)) {
       ArithmeticWrapped = true;
+      ClearProgress();
       std::puts("? Vector_Combine: multiplication overflow");
       std::puts("retrying with float");
       std::printf("X, Y %x %x\n", static_cast<uint32_t>(WrapMul(x, fa)),
