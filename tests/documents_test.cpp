@@ -242,6 +242,44 @@ TEST(Documentation, NamesWhatThereIs) {
   for (const std::string& document : FilesOfTree({".md"})) ExpectNamed(document);
 }
 
+/// Folders of src/ by the table of docs/architecture.md, each with those that it may include.
+std::map<std::string, std::set<std::string>> IncludeTable() {
+  static const std::regex row("\\| `src/([a-z/]+)/` \\|[^|]*\\|([^|]*)\\|"), folder("`([a-z/]+)/`");
+  std::map<std::string, std::set<std::string>> table;
+  for (const std::string& line : Lines(ReadFile(kRoot / "docs" / "architecture.md").value())) {
+    std::smatch cells;
+    if (!std::regex_match(line, cells, row)) continue;
+    std::set<std::string>& allowed = table[cells.str(1)] = {"base", cells.str(1)};
+    const std::string last = cells.str(2);
+    for (std::sregex_iterator at(last.begin(), last.end(), folder), end; at != end; ++at) {
+      allowed.insert(at->str(1));
+    }
+  }
+  return table;
+}
+
+TEST(Documentation, IncludesAreThoseOfTheArchitecture) {
+  static const std::regex include("#include \"([a-zA-Z_/]+)/[a-zA-Z_]+\\.h\"");
+  const std::map<std::string, std::set<std::string>> table = IncludeTable();
+  EXPECT_GE(table.size(), 11u);
+  int includes = 0;
+  for (const std::string& file : FilesOfTree({".cpp", ".h"})) {
+    if (!file.starts_with("src/")) continue;
+    const std::string folder = fs::path(file).parent_path().string().substr(4);
+    ASSERT_TRUE(table.contains(folder)) << file;
+    const std::set<std::string>& allowed = table.at(folder);
+    for (const std::string& line : Lines(ReadFile(kRoot / file).value())) {
+      std::smatch included;
+      if (!std::regex_match(line, included, include)) continue;
+      const std::string from = included.str(1);
+      const bool insideNetkit = allowed.contains("netkit") && from.starts_with("netkit/");
+      EXPECT_TRUE(allowed.contains(from) || insideNetkit) << file << ": " << line;
+      ++includes;
+    }
+  }
+  EXPECT_GT(includes, 200);
+}
+
 /// The recipes for many nets, on kept nets: the reports are those of single runs.
 TEST(ManyNets, HaveTheReportsOfSingleRuns) {
   constexpr uintmax_t kSmall = 3000;  // bytes of a net that every build solves at once
