@@ -1,22 +1,25 @@
 // Small systems for the solver. The first byte chooses what the others are:
 //   a net       at most 10 places: the siphons are those of brute force, and so are those of the SAT engine
-//   a system    at most 8 coordinates and 12 constraints: every ray satisfies every constraint
-// and how great the numbers get. Answers are checked unless the arithmetic left 32 bits, which the solver
-// tells on standard output or by ArithmeticWrapped; whatever the numbers are, it ends and stays in its
-// memory.
+//   a system    at most 16 coordinates and 20 constraints: rays, pairs, counters and what is printed are
+//               those of the reference, whatever the numbers are, and every ray satisfies every constraint
+// and how great the numbers get. Siphons and rays are checked against the mathematics unless the arithmetic
+// left 32 bits, which the solver tells on standard output or by ArithmeticWrapped, or there is a constant
+// term.
+#include <optional>
+
 #include "fuzz/harness.h"
 #include "netkit/siphons/minimal_siphons.h"
 #include "siphons/siphons.h"
-#include "solver/inequalities.h"
 #include "solver/sharedVars.h"
 #include "tests/brute_force.h"
+#include "tests/reference/program.h"
 #include "tests/rows.h"
 
 namespace {
 
 using namespace siphons;
 
-constexpr uint32_t kMaxRays = 10000;
+constexpr uint32_t kMaxRays = 400;  // a thousand come on top of what the start has room for
 
 Rows ReadRows(Bytes& bytes, size_t rows, size_t columns, int32_t magnitude) {
   Rows result(rows, Row(columns));
@@ -77,23 +80,47 @@ void CheckNet(Bytes& bytes, int32_t magnitude) {
   Require(found == minimal, "the siphons are not those of brute force");
 }
 
+/// The reference's answer, or nothing where the program must end at an impossible division.
+std::optional<reference::Answer> Expected(const Rows& system) {
+  try {
+    return reference::Solve(system, kMaxRays);
+  } catch (const reference::ArithmeticFault&) {
+    return std::nullopt;
+  }
+}
+
+std::optional<reference::Answer> ByProgram(const Rows& system) {
+  CapturedOutput output;
+  try {
+    reference::Answer answer = reference::SolveByProgram(system, kMaxRays);
+    answer.output = output.Text();
+    return answer;
+  } catch (const ProcessEnd&) {
+    return std::nullopt;
+  }
+}
+
 void CheckSystem(Bytes& bytes, int32_t magnitude) {
-  const size_t dimension = static_cast<size_t>(bytes.Between(1, 8));
-  const size_t constraintCount = static_cast<size_t>(bytes.Between(0, 12));
+  const size_t dimension = static_cast<size_t>(bytes.Between(1, 16));
+  const size_t constraintCount = static_cast<size_t>(bytes.Between(0, 20));
   Rows rows = ReadRows(bytes, constraintCount, dimension + 1, magnitude);
   const bool homogeneous = bytes.Between(0, 3) != 0;
   if (homogeneous)
     for (Row& row : rows) row.back() = 0;
-  const OwnedMatrix constraints = MatrixOf(rows, static_cast<uint32_t>(dimension + 1));
-  CapturedOutput output;
-  Matrix* solution = nullptr;
-  const uint32_t rayCount = SolveInequationSystem(&solution, constraints.get(), kMaxRays);
-  const OwnedMatrix rays(solution);
-  if (!homogeneous || ArithmeticWrapped || !output.Text().empty() || magnitude == 3) return;
-  for (uint32_t r = 0; r < rayCount; ++r) {
+  if (rows.empty()) return;
+  const std::optional<reference::Answer> expected = Expected(rows), answer = ByProgram(rows);
+  Require(answer.has_value() == expected.has_value(), "one way ends at a division, the other does not");
+  if (!answer) return;
+  Require(answer->output == expected->output, "what is printed is not what the reference prints");
+  Require(answer->pairs == expected->pairs, "the filed pairs are not those of the reference");
+  Require(answer->counters == expected->counters, "the counters are not those of the reference");
+  Require(answer->failed == expected->failed && answer->rays == expected->rays,
+          "the rays are not those of the reference");
+  if (!homogeneous || ArithmeticWrapped || !answer->output.empty() || magnitude == 3) return;
+  for (const Row& ray : answer->rays) {
     for (const Row& row : rows) {
       int64_t value = 0;
-      for (size_t d = 1; d < dimension; ++d) value += int64_t{row[d]} * rays->p[d - 1][r];
+      for (size_t d = 1; d < dimension; ++d) value += int64_t{row[d]} * ray[d - 1];
       Require(value >= 0, "a ray violates a constraint");
     }
   }

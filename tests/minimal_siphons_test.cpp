@@ -8,7 +8,7 @@
 #include "netkit/siphons/siphon_within.h"
 #include "solver/sharedVars.h"
 #include "tests/brute_force.h"
-#include "tests/reference/solve.h"
+#include "tests/reference/program.h"
 
 namespace siphons {
 namespace {
@@ -107,9 +107,9 @@ TEST(MinimalSiphons, EqualThoseOfTheCone) {
   for (uint32_t seed = 1000; seed < 1400; ++seed) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     const RandomNet net(seed, 16);
-    const comparison::Solution cone = comparison::SolveFast({net.O, net.I});
+    const reference::Answer cone = reference::SolveNetByProgram({net.O, net.I});
     std::set<PlaceSet> siphons;
-    for (const Row& row : cone.siphons) {
+    for (const Row& row : cone.supports) {
       PlaceSet set = 0;
       for (size_t p = 0; p < row.size(); ++p) set |= static_cast<PlaceSet>(row[p]) << p;
       siphons.insert(set);

@@ -9,6 +9,7 @@
 
 #include "solver/adjacency_search.h"
 #include "solver/lists.h"
+#include "solver/pair_test.h"
 #include "solver/progress.h"
 #include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
@@ -35,8 +36,11 @@ class ParentTests {
 #ifdef NDEBUG
     if (RaysAreCertain()) return true;
 #endif
-    const bool passes = RunTests(violator, satisfier);
+    const Adjacency adjacency = Test(violator, satisfier);
+    const bool passes = adjacency == Adjacency::kAdjacent;
     assert(passes || !RaysAreCertain());
+    if (!passes) ++redcounter;
+    if (adjacency == Adjacency::kShareTooFew) ++quickcounter;
     return passes;
   }
 
@@ -49,13 +53,10 @@ class ParentTests {
                 adjcounter - redcounter, quickcounter);
   }
 
-  bool RunTests(uint32_t violator, uint32_t satisfier) {
+  Adjacency Test(uint32_t violator, uint32_t satisfier) {
+    if (violator >= NbRay || satisfier >= NbRay) return TestPair(violator, satisfier);
     if (!search_) search_.emplace(0, k_, pairSearchInstructions);
-    const Adjacency adjacency = search_->Test(violator, satisfier);
-    if (adjacency == Adjacency::kAdjacent) return true;
-    if (adjacency == Adjacency::kShareTooFew) ++quickcounter;
-    ++redcounter;
-    return false;
+    return search_->Test(violator, satisfier);
   }
 
   uint32_t k_;
@@ -78,6 +79,7 @@ int32_t FileNewPair(uint32_t k, uint32_t parent, uint32_t newRay, ParentTests& t
 }  // namespace
 
 int32_t FilePairsWithParents(uint32_t k, uint32_t moved) {
+  TTEST = 0;
   ParentTests tests(k);
   return ForEachPair(GenList, [&tests, k, moved](uint32_t parent, uint32_t storedRow) {
     return FileNewPair(k, parent, storedRow - moved, tests);
@@ -85,6 +87,7 @@ int32_t FilePairsWithParents(uint32_t k, uint32_t moved) {
 }
 
 int32_t FilePairsOnFacet(uint32_t k, uint32_t first) {
+  TTEST = first;
   std::optional<AdjacencySearch> search;
   uint32_t group = first;
   for (;;) {
@@ -92,7 +95,7 @@ int32_t FilePairsOnFacet(uint32_t k, uint32_t first) {
     const int32_t next = GetBorder(due);
     if (due == maxMinF || next < 0) return 0;
     const uint32_t end = static_cast<uint32_t>(next);
-    if (!search) search.emplace(first, k, pairSearchInstructions);
+    if (!search) search.emplace(TTEST, k, pairSearchInstructions);
     search->ChoosePartners(end, static_cast<uint32_t>(due));
     for (uint32_t a = group; a < end; ++a) {
       ShowProgress(k);

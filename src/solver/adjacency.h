@@ -24,6 +24,10 @@ inline int32_t FirstViolated(uint32_t row) {
 // All return 0, or 1 when a pair could not be filed: no memory, or the constraint it belongs to is done. The
 // latter takes a wrapped sum.
 
+/// Called with every pair as it is filed, unless null: the constraint at which it combines and the numbers of
+/// its rays. Tests compare the order of pairs through it; the program leaves it null.
+extern void (*pairObserver)(int32_t constraint, uint32_t violator, uint32_t satisfier);
+
 /// Files a pair under a constraint.
 int32_t FilePair(int32_t constraint, uint32_t violator, uint32_t satisfier);
 

@@ -47,7 +47,7 @@ void Start() {
                             [](const int32_t* row) { return row[Dimension] == 0; });
   solveCounts = {};
 
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2}) row->assign(nc, 0);
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow}) row->assign(nc, 0);
   CreateLookUpMat();
   NbLines = Init();
   NbRay = NbLines + 1;
@@ -81,7 +81,7 @@ void End() {
   GenList = nullptr;
   DelFreeList(FLR);
   FLR = nullptr;
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &Border, &LookUpMat}) *row = {};
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow, &Border, &LookUpMat}) *row = {};
   for (std::vector<int32_t>* row : {&raytemprow, &sattemprow, &minftemprow}) *row = {};
 }
 
@@ -132,6 +132,8 @@ void SetCurrentConstraint(uint32_t k) {
   WCount = WordOf(k);
   BCount = BitOf(k);
   AdjWCount = WordOf(k + 1);
+  AdjBCount = BitOf(k + 1);
+  AdjBitmask = 2 * AdjBCount - 1;
   EvalConstraint(Constraints->p[k]);
 }
 
@@ -194,7 +196,13 @@ int32_t CombinePairs(uint32_t k, uint32_t negative) {
 
 /// Orders the rays from row `first` on, those that saturate constraint k, and files the pairs among them.
 int32_t PairsOnFacet(uint32_t k, uint32_t first) {
-  if (first == NbRay) return 0;
+  if (first == NbRay) {
+    // The row behind the last ray may be the one that the ray of the starting cone left, which a pair of a
+    // system with a constant term still names. That it violates no further constraint is what such a pair
+    // finds there.
+    if (first < MinF->NbRows) MinF->p[first][0] = maxMinF;
+    return 0;
+  }
   SortRaysMinF(first, NbRay);
   BuildBorder(first);
   uint32_t group = first;

@@ -51,12 +51,16 @@ bool AdjacentAtStart(uint32_t x, uint32_t y) {
 
 }  // namespace
 
+void (*pairObserver)(int32_t constraint, uint32_t violator, uint32_t satisfier) = nullptr;
+
 int32_t FilePair(int32_t constraint, uint32_t violator, uint32_t satisfier) {
   LiList* const list = LiListArray[static_cast<uint32_t>(constraint)];
   if (list == nullptr) return 1;
   ++solveCounts.pairs;
   const uint32_t key = StoreIndex(violator);
-  return StorePair(list, key, StoreIndex(satisfier));
+  const uint32_t companion = StoreIndex(satisfier);
+  if (pairObserver != nullptr) pairObserver(constraint, key, companion);
+  return StorePair(list, key, companion);
 }
 
 int32_t FileFirstPairs(int32_t lastBasis) {

@@ -56,6 +56,9 @@ int32_t SimpleCombine(uint32_t r1, uint32_t r2, uint32_t dest, Matrix* m) {
 
 int32_t Combine(uint32_t r1, uint32_t r2, uint32_t dest, Matrix* m) {
   if (SimpleCombine(r1, r2, dest, m) != 0) return kCombinationFailed;
+  // A pair with the row behind the last ray (see pair_test.cpp) combines into this very row, and what the
+  // parent there did not saturate is then forgotten.
+  std::fill_n(Sat->p[dest], Sat->NbColumns, 0);
   RowOr(r1, r2, dest, Sat);
   uint32_t* const bits = SatWords(dest);
   bits[WCount] &= ~(2 * BCount - 1);

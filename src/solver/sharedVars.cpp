@@ -30,9 +30,12 @@ std::vector<uint32_t> LookUpMat;
 std::vector<uint32_t> Border;
 std::vector<uint32_t> BitRow;
 std::vector<uint32_t> BitRow2;
+std::vector<uint32_t> AdjBitRow;
 
 uint32_t WCount = 0, BCount = 0;
-uint32_t AdjWCount = 0;
+uint32_t AdjWCount = 0, AdjBCount = 0;
+uint32_t AdjBitmask = 0;
+uint32_t TTEST = 0;
 
 std::vector<int32_t> raytemprow, sattemprow, minftemprow;
 

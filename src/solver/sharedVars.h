@@ -51,9 +51,12 @@ extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each 16-bit
 extern std::vector<uint32_t> Border;     ///< first row of the sorted region with this MinF, or kNoRow
 extern std::vector<uint32_t> BitRow;     ///< work row of the first adjacency sweep
 extern std::vector<uint32_t> BitRow2;    ///< mask of the constraints between two others
+extern std::vector<uint32_t> AdjBitRow;  ///< what either row of a tested pair does not saturate
 
-extern uint32_t WCount, BCount;  ///< word and mask of the current constraint k
-extern uint32_t AdjWCount;       ///< word of constraint k + 1
+extern uint32_t WCount, BCount;        ///< word and mask of the current constraint k
+extern uint32_t AdjWCount, AdjBCount;  ///< word and mask of constraint k + 1
+extern uint32_t AdjBitmask;            ///< the bits of the constraints above k in word AdjWCount
+extern uint32_t TTEST;  ///< first row with which a pair is compared: 0, or where the rays of a facet begin
 
 extern std::vector<int32_t> raytemprow, sattemprow, minftemprow;  ///< scratch for exchanging rows
 
@@ -76,7 +79,8 @@ extern SolveCounts solveCounts;
 extern bool ArithmeticWrapped;
 
 /// Whether no constraint of the solve has a constant term. With one, the ray of the starting cone leaves the
-/// solve although pairs were filed with it, and nothing is promised about the answer but that it comes.
+/// solve although pairs were filed with it. These are combined all the same (pair_test.cpp), and what comes
+/// out are rays that the iteration gives, not those of the cone.
 extern bool Homogeneous;
 
 /// Whether the rays are surely the extreme rays of the cone so far.
