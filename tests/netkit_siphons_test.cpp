@@ -28,20 +28,21 @@ std::vector<std::string> MarkingLines(const std::string& text) {
 }
 
 TEST(NetkitSiphons, AreThoseOfTheReports) {
-  int compared = 0;
+  int compared = 0, refused = 0;
   for (const auto& entry : fs::directory_iterator(GOLDEN_DIRECTORY)) {
     const std::string name = entry.path().filename();
     SCOPED_TRACE(name);
     const std::optional<std::string> report = ReadFile(entry.path() / "expected.siphons");
     const std::string told = ReadFile(entry.path() / "expected.stdout").value_or("");
-    // What is told is an overflow or a failure; names are format text in a report; sums beyond 32 bits wrap.
-    if (!report || !told.empty() || name == "rule_percent_percent_in_name" ||
-        name.find("wrap") != std::string::npos)
+    // What is told is an overflow or a failure; names are format text in a report.
+    if (!report || !told.empty() || name == "rule_percent_percent_in_name") continue;
+    const Outcome outcome = Netkit(entry.path(), "siphons net");
+    if (outcome.status == 1) {
+      EXPECT_NE(outcome.err.find("net.PD:"), std::string::npos) << outcome.err;
+      ++refused;
       continue;
-    const TemporaryDirectory model;
-    fs::copy(entry.path() / "net.PD", model.path());
-    const Outcome outcome = Netkit(model.path(), "siphons net");
-    EXPECT_EQ(outcome.status, 0);
+    }
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
     const std::vector<std::string> expected = MarkingLines(*report), lines = MarkingLines(outcome.out);
     if (expected.empty()) {
       EXPECT_LE(lines.size(), 1u) << "a report leaves one support alone out";
@@ -50,7 +51,8 @@ TEST(NetkitSiphons, AreThoseOfTheReports) {
     }
     ++compared;
   }
-  EXPECT_GT(compared, 40);
+  EXPECT_GT(compared, 30);
+  EXPECT_LT(refused, 20) << "nets whose numbers, names or counts the report program takes otherwise";
 }
 
 /// A ring of stages of two places each: a minimal siphon takes one place of every stage.
@@ -95,16 +97,16 @@ TEST_F(SmallRing, OrderTokensAndOptions) {
   const fs::path file = model_.path() / "answer";
   const Outcome written = Run("traps net --containing b0 --containing b1 --json -o '" + file.string() + "'");
   EXPECT_EQ(written.out + written.err, "");
-  EXPECT_EQ(ReadFile(file),
-            R"({"net":"net","counts":{"places":4,"transitions":2,"traps":1},"complete":true,"reason":null,)"
-            R"("traps":[{"places":["b0","b1"],"tokens":1}]})"
-            "\n");
+  EXPECT_EQ(
+      ReadFile(file),
+      R"({"version":1,"net":"net","counts":{"places":4,"transitions":2,"traps":1},"complete":true,"reason":null,)"
+      R"("traps":[{"places":["b0","b1"],"tokens":1}]})"
+      "\n");
 }
 
 const std::string kOrdinary =
-    "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, parallel arcs: 0, inhibitor arcs: "
-    "0, "
-    "enabling functions: 0, negative markings: 0, transitions with priority: 0\n";
+    "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, inhibitor arcs: 0, "
+    "enabling functions: 0, transitions with priority: 0\n";
 
 TEST_F(SmallRing, Check) {
   EXPECT_EQ(Run("check net").out,
@@ -122,23 +124,6 @@ TEST(NetkitCheck, ListsTheSiphonsWithoutMarkedTrap) {
                 kOrdinary + "Conclusion: none: a siphon without a marked trap may run dry, and need not\n");
 }
 
-TEST(NetkitCheck, ParallelArcsAndNegativeMarkingsAllowNoConclusion) {
-  const TemporaryDirectory model;
-  // Two arcs of weight 1 need two tokens: the initial marking is dead, although the siphon { p } is a marked
-  // trap.
-  WriteFile(
-      model.path() / "net.PD",
-      "DEFINITION_PARAMETERS: 0\nREWARD_MEASURES: 0\nPLACES: 2\nTRANSITIONS: 1\nPLACE p 1\nPLACE q\xff -1\n"
-      "TRANSITION t 1 SS EXP RE 0 0 0 0 0 0 0 0 INPARCS 2 1 p 0 1 p 0 OUTPARCS 2 1 p 0 1 p 0 INHARCS 0\n");
-  const Json answer = Json::parse(Netkit(model.path(), "check net --json").out);
-  EXPECT_EQ(answer["features"]["parallel_arcs"], 2);
-  EXPECT_EQ(answer["features"]["negative_markings"], 1);
-  EXPECT_EQ(answer["ordinary"], false);
-  EXPECT_EQ(Netkit(model.path(), "siphons net --json --unmarked").out,
-            R"({"net":"net","counts":{"places":2,"transitions":1,"siphons":1},"complete":true,"reason":null,)"
-            "\"siphons\":[{\"places\":[\"q\uFFFD\"],\"tokens\":-1}]}\n");
-}
-
 TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
   const TemporaryDirectory model;
   for (const char* file : {"net.PD", "net.DEFINFO"})
@@ -146,9 +131,10 @@ TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
   const Json answer = Json::parse(Netkit(model.path(), "check net --json").out);
   EXPECT_EQ(answer["ordinary"], false);
   EXPECT_EQ(answer["conclusion"], "none: the condition decides for ordinary nets only");
-  EXPECT_EQ(answer["features"],
-            Json::parse(R"({"weights":1,"marking_dependent_weights":2,"parallel_arcs":0,"inhibitor_arcs":1,)"
-                        R"("enabling_functions":1,"negative_markings":0,"priorities":5})"));
+  EXPECT_EQ(
+      answer["features"],
+      Json::parse(R"({"weights":1,"marking_dependent_weights":2,"inhibitor_arcs":1,"enabling_functions":1,)"
+                  R"("priorities":5})"));
   EXPECT_EQ(answer["violations"].size(), 3u);
   for (const Json& violation : answer["violations"]) {
     EXPECT_FALSE(violation["places"].empty());
@@ -202,7 +188,7 @@ TEST_F(SmallRing, WrongUsageAndFailures) {
     EXPECT_NE(outcome.err, "") << wrong;
   }
   ExpectRowsOfThisTest(
-      {Run("traps net --containing nowhere"), Run("siphons net --max 0"), Run("siphons net -o /dev/full")});
+      {Run("traps net --containing a00"), Run("siphons net --max 0"), Run("siphons net -o /dev/full")});
   for (const char* command : {"siphons net", "check net", "list net", "structure net",
                               "structure net --summary -o answer", "traps --help"}) {
     const Outcome full = RunProgram(ModelDirectory(model_.path()), "sh",

@@ -1,32 +1,19 @@
-// The subcommands of netkit that ask about siphons and traps. Each reads the net as `siphons` does, writes
-// its answer and returns the exit status.
+// The subcommands of netkit. Each file adds its own to the command line: its options, its description, and
+// what runs when it is called, which leaves the exit status in `status`.
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <vector>
 
-#include "base/exit_status.h"
+namespace CLI {
+class App;
+}
 
 namespace siphons {
 
-/// What all questions have.
-struct QuestionOptions {
-  std::string net;
-  std::string output;  ///< empty: standard output
-  bool json = false;
-  double timeout = 0;  ///< seconds; 0: none
-};
+void AddMinimalSets(CLI::App& app, bool traps, int32_t& status);
+void AddCheck(CLI::App& app, int32_t& status);
 
-struct EnumerationOptions : QuestionOptions {
-  std::vector<std::string> containing;  ///< place names
-  bool unmarked = false;
-  bool traps = false;
-  int64_t max = 0;  ///< 0: all
-};
-
-int32_t ListMinimalSets(const EnumerationOptions& options);
-
-int32_t CheckCondition(const QuestionOptions& options);
+/// list, structure and pmf, which show the tables of the report program and read a net with its loader.
+void AddTables(CLI::App& app, int32_t& status);
 
 }  // namespace siphons

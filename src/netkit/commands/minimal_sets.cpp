@@ -1,74 +1,68 @@
 // netkit siphons and netkit traps: the minimal ones, ordered by number of places and then by place numbers.
+#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
-#include <optional>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "netkit/commands/commands.h"
-#include "netkit/commands/netkit_io.h"
-#include "netkit/commands/run_control.h"
+#include "netkit/commands/question.h"
+#include "netkit/formats/near_names.h"
 #include "netkit/siphons/minimal_siphons.h"
-#include "structure/struct_IO.h"
-#include "structure/struct_vars.h"
 
 namespace siphons {
 
 namespace {
 
-/// The first place of the name.
-std::optional<int32_t> PlaceOfName(const std::string& name) {
-  for (int32_t p = 0; p < no_places; ++p) {
-    if (name == places[p].name) return p;
-  }
-  return std::nullopt;
+struct EnumerationOptions : QuestionOptions {
+  std::vector<std::string> containing;  ///< place names
+  bool unmarked = false;
+  bool traps = false;
+  int64_t max = 0;  ///< 0: all
+};
+
+/// The number of the place; throws WrongUsage when the net has none of this name.
+int32_t PlaceOfName(const PetriNet& net, const std::string& name) {
+  std::vector<std::string_view> names;
+  for (const Place& place : net.places) names.push_back(place.name);
+  const auto found = std::find(names.begin(), names.end(), name);
+  if (found == names.end()) throw WrongUsage{"Unknown place " + name + DidYouMean(name, names)};
+  return static_cast<int32_t>(found - names.begin());
 }
 
-PlaceList UnmarkedPlaces() {
+PlaceList UnmarkedPlaces(const PetriNet& net) {
   PlaceList unmarked;
-  for (int32_t p = 0; p < no_places; ++p) {
-    if (places[p].init_mark <= 0) unmarked.push_back(p);
+  for (size_t p = 0; p < net.places.size(); ++p) {
+    if (net.places[p].tokens == 0) unmarked.push_back(static_cast<int32_t>(p));
   }
   return unmarked;
 }
 
-std::string TextOf(const char* kind, const std::vector<PlaceList>& sets, const std::string& reason) {
+std::string TextOf(const PetriNet& net, const char* kind, const std::vector<PlaceList>& sets,
+                   const std::string& reason) {
   std::string text = std::string("No. of ") + kind + " = " + std::to_string(sets.size()) +
                      (reason.empty() ? "" : " (incomplete: " + reason + ")") + "\n";
-  for (const PlaceList& set : sets) text += MarkingLine(set);
+  for (const PlaceList& set : sets) text += MarkingLine(net, set);
   return text;
 }
 
-std::string JsonText(const std::string& net, const char* kind, const std::vector<PlaceList>& sets,
-                     bool complete, const std::string& reason) {
+Json JsonAnswer(const PetriNet& net, const char* kind, const std::vector<PlaceList>& sets, bool complete,
+                const std::string& reason) {
   Json list = Json::array();
-  for (const PlaceList& set : sets) list.push_back(JsonOf(set));
-  return LineOf({{"net", net},
-                 {"counts", {{"places", no_places}, {"transitions", no_trans}, {kind, sets.size()}}},
-                 {"complete", complete},
-                 {"reason", ReasonOf(reason)},
-                 {kind, std::move(list)}});
+  for (const PlaceList& set : sets) list.push_back(JsonOf(net, set));
+  return {{"counts",
+           {{"places", net.places.size()}, {"transitions", net.transitions.size()}, {kind, sets.size()}}},
+          {"complete", complete},
+          {"reason", ReasonOf(reason)},
+          {kind, std::move(list)}};
 }
 
-}  // namespace
-
-int32_t ListMinimalSets(const EnumerationOptions& options) {
+Answer AnswerAbout(const PetriNet& net, const EnumerationOptions& options, RunControl& control) {
   const char* const kind = options.traps ? "traps" : "siphons";
-  RunControl control(options.timeout, kind);
-  read_net(NetPath(options.net).c_str());
-  const ArcSets arcs = options.traps ? Reversed(ArcSetsOfTables()) : ArcSetsOfTables();
-  SiphonQuery query{options.unmarked ? UnmarkedPlaces() : AllPlaces(arcs), {}};
-  for (const std::string& name : options.containing) {
-    const std::optional<int32_t> place = PlaceOfName(name);
-    if (!place) {
-      std::fprintf(stderr, "Unknown place %s\n", name.c_str());
-      return kUsage;
-    }
-    query.containing.push_back(*place);
-  }
-
-  TryOutput(options.output);
+  const ArcSets arcs = options.traps ? Reversed(ArcSetsOf(net)) : ArcSetsOf(net);
+  SiphonQuery query{options.unmarked ? UnmarkedPlaces(net) : AllPlaces(arcs), {}};
+  for (const std::string& name : options.containing) query.containing.push_back(PlaceOfName(net, name));
 
   std::vector<PlaceList> sets;
   const auto take = [&](std::span<const int32_t> set) {
@@ -82,10 +76,33 @@ int32_t ListMinimalSets(const EnumerationOptions& options) {
   };
   const bool complete = ForEachMinimalSiphon(arcs, query, take, [&control] { return control.Stop(); });
   std::sort(sets.begin(), sets.end(), ShorterOrEarlier);
-  control.EndProgress();
-  WriteAnswer(options.output, options.json ? JsonText(options.net, kind, sets, complete, control.Reason())
-                                           : TextOf(kind, sets, control.Reason()));
-  return complete ? kComplete : kIncomplete;
+  const std::string& reason = control.Reason();
+  return {options.json ? "" : TextOf(net, kind, sets, reason),
+          options.json ? JsonAnswer(net, kind, sets, complete, reason) : Json(),
+          complete ? kComplete : kIncomplete};
+}
+
+}  // namespace
+
+void AddMinimalSets(CLI::App& app, bool traps, int32_t& status) {
+  const auto options = std::make_shared<EnumerationOptions>();
+  options->traps = traps;
+  CLI::App* const command =
+      AddLongQuestion(app, traps ? "traps" : "siphons",
+                      traps ? "List all minimal traps" : "List all minimal siphons", *options);
+  command->add_flag("--unmarked", options->unmarked, "only those whose places are all unmarked initially");
+  command->add_option("--containing", options->containing, "only those that contain PLACE; may be repeated")
+      ->type_name("PLACE")
+      ->allow_extra_args(false);
+  command->add_option("--max", options->max, "stop after N")->check(FaultOfCount)->type_name("N");
+  command->footer(
+      "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
+      "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
+  command->callback([options, &status] {
+    status = AnswerEach(
+        *options, options->traps ? "traps" : "siphons",
+        [&options](const PetriNet& net, RunControl& control) { return AnswerAbout(net, *options, control); });
+  });
 }
 
 }  // namespace siphons

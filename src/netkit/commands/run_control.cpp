@@ -19,11 +19,15 @@ void Interrupt(int) {
 
 }  // namespace
 
-RunControl::RunControl(double seconds, std::string what)
-    : seconds_(seconds), what_(std::move(what)), onTerminal_(isatty(STDERR_FILENO) == 1) {
+RunControl::RunControl(double seconds, std::string what, bool quiet)
+    : seconds_(seconds), what_(std::move(what)), showsProgress_(!quiet && isatty(STDERR_FILENO) == 1) {
   for (const int signal : {SIGINT, SIGTERM}) {
     if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
+}
+
+bool RunControl::Interrupted() {
+  return interrupted != 0;
 }
 
 void RunControl::EndProgress() {
@@ -32,17 +36,17 @@ void RunControl::EndProgress() {
 }
 
 bool RunControl::Stop() {
-  if (interrupted != 0) {
+  if (Interrupted()) {
     reason_ = "interrupted";
     return true;
   }
-  if (seconds_ == 0 && !onTerminal_) return false;
+  if (seconds_ == 0 && !showsProgress_) return false;
   const double elapsed = std::chrono::duration<double>(Clock::now() - start_).count();
   if (seconds_ > 0 && elapsed >= seconds_) {
     reason_ = "time limit";
     return true;
   }
-  if (onTerminal_ && elapsed >= nextLine_) ShowProgress(elapsed);
+  if (showsProgress_ && elapsed >= nextLine_) ShowProgress(elapsed);
   return false;
 }
 

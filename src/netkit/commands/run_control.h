@@ -11,8 +11,9 @@ namespace siphons {
 class RunControl {
  public:
   /// Takes over SIGINT and SIGTERM, unless they are ignored, until the process ends: the first one stops the
-  /// run, the next one ends the process. `seconds` is the time limit, 0 for none; `what` is being counted.
-  RunControl(double seconds, std::string what);
+  /// run, the next one ends the process. `seconds` is the time limit, 0 for none; `what` is being counted. A
+  /// quiet run shows no progress.
+  RunControl(double seconds, std::string what, bool quiet = false);
 
   void Count() { ++count_; }
 
@@ -22,6 +23,9 @@ class RunControl {
 
   /// Takes the progress line away.
   void EndProgress();
+
+  /// Whether a signal asked for the end of the run.
+  static bool Interrupted();
 
   /// Why the run stopped, or empty.
   const std::string& Reason() const { return reason_; }
@@ -37,7 +41,7 @@ class RunControl {
   std::string what_;
   std::string reason_;
   int64_t count_ = 0;
-  bool onTerminal_;
+  bool showsProgress_;
   double nextLine_ = 2;
   size_t lineLength_ = 0;
 };

@@ -1,31 +1,27 @@
 #include "netkit/siphons/arc_sets.h"
 
+#include <algorithm>
 #include <utility>
-
-#include "structure/struct_vars.h"
 
 namespace siphons {
 
 namespace {
 
-PlaceList PlacesOfRow(const sp_entry* row) {
+PlaceList PlacesOf(const std::vector<Arc>& arcs) {
   PlaceList places;
-  const sp_entry* previous = nullptr;
-  for (const sp_entry* element = row; element != nullptr; element = element->next) {
-    const bool first = previous == nullptr || previous->index != element->index;
-    if (first && element->value != 0) places.push_back(element->index);
-    previous = element;
-  }
+  std::transform(arcs.begin(), arcs.end(), std::back_inserter(places),
+                 [](const Arc& arc) { return arc.place; });
+  std::sort(places.begin(), places.end());
   return places;
 }
 
 }  // namespace
 
-ArcSets ArcSetsOfTables() {
+ArcSets ArcSetsOf(const PetriNet& net) {
   ArcSets arcs;
-  arcs.placeCount = no_places;
-  for (int32_t t = 0; t < no_trans; ++t) {
-    arcs.transitions.push_back({PlacesOfRow(i_matrix[t]), PlacesOfRow(o_matrix[t])});
+  arcs.placeCount = static_cast<int32_t>(net.places.size());
+  for (const Transition& transition : net.transitions) {
+    arcs.transitions.push_back({PlacesOf(transition.inputs), PlacesOf(transition.outputs)});
   }
   return arcs;
 }

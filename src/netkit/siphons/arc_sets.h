@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "netkit/model/petri_net.h"
+
 namespace siphons {
 
 /// Place numbers, ascending, each once.
@@ -19,12 +21,10 @@ struct ArcSets {
   std::vector<Transition> transitions;
 };
 
-/// The arcs of the structural tables (struct_vars.h), as the dense matrices have them: of several arcs
-/// between a place and a transition the first element of the row counts, and it is an arc when its value is
-/// not 0.
-ArcSets ArcSetsOfTables();
+/// The input and output arcs of the net; a marking-dependent weight counts as one of at least 1.
+ArcSets ArcSetsOf(const PetriNet& net);
 
-/// The arcs turned round. The siphons of the one net are the traps of the other.
+/// The arcs with inputs and outputs exchanged. The siphons of the one net are the traps of the other.
 ArcSets Reversed(ArcSets arcs);
 
 }  // namespace siphons

@@ -1,14 +1,13 @@
-#include "netkit/commands/netkit_io.h"
+#include "netkit/commands/answers.h"
 
 #include <array>
 #include <cinttypes>
 #include <cstdio>
+#include <utility>
 
+#include "base/exit_status.h"
 #include "base/output_file.h"
 #include "base/process_end.h"
-#include "driver/model_files.h"
-#include "netkit/commands/commands.h"
-#include "structure/struct_vars.h"
 
 namespace siphons {
 
@@ -22,24 +21,17 @@ namespace {
 
 }  // namespace
 
-std::string NetPath(const std::string& net) {
-  FindModelDirectory();
-  std::array<char, kPathBuffer> path;
-  FormNetPath(path, net.c_str());
-  return path.data();
-}
-
-int64_t TokensOf(const PlaceList& set) {
+int64_t TokensOf(const PetriNet& net, const PlaceList& set) {
   int64_t tokens = 0;
-  for (const int32_t p : set) tokens += places[p].init_mark;
+  for (const int32_t p : set) tokens += net.places[static_cast<size_t>(p)].tokens;
   return tokens;
 }
 
-std::string MarkingLine(const PlaceList& set) {
+std::string MarkingLine(const PetriNet& net, const PlaceList& set) {
   std::array<char, 32> tokens;
-  std::snprintf(tokens.data(), tokens.size(), "MARKING: %4" PRId64 " { ", TokensOf(set));
+  std::snprintf(tokens.data(), tokens.size(), "MARKING: %4" PRId64 " { ", TokensOf(net, set));
   std::string line = tokens.data();
-  for (const int32_t p : set) line.append(places[p].name).append(" ");
+  for (const int32_t p : set) line.append(net.places[static_cast<size_t>(p)].name).append(" ");
   return line + "}\n";
 }
 
@@ -47,17 +39,30 @@ bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b) {
   return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-Json JsonOf(const PlaceList& set) {
+Json JsonOf(const PetriNet& net, const PlaceList& set) {
   Json names = Json::array();
-  for (const int32_t p : set) names.push_back(places[p].name);
-  return {{"places", std::move(names)}, {"tokens", TokensOf(set)}};
+  for (const int32_t p : set) names.push_back(net.places[static_cast<size_t>(p)].name);
+  return {{"places", std::move(names)}, {"tokens", TokensOf(net, set)}};
+}
+
+Json JsonOf(const Diagnostics& diagnostics) {
+  Json list = Json::array();
+  for (const Diagnostic& diagnostic : diagnostics.Sorted()) {
+    const bool placed = diagnostic.where.line > 0;
+    list.push_back({{"file", diagnostics.File()},
+                    {"line", placed ? Json(diagnostic.where.line) : Json()},
+                    {"column", placed ? Json(diagnostic.where.column) : Json()},
+                    {"severity", diagnostic.isError ? "error" : "warning"},
+                    {"message", diagnostic.message}});
+  }
+  return list;
 }
 
 Json ReasonOf(const std::string& reason) {
   return reason.empty() ? Json() : Json(reason);
 }
 
-std::string LineOf(const Json& json) {
+std::string JsonLine(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

@@ -1,4 +1,4 @@
-// Files of netkit's subcommands: the net that they read, the answer that they write.
+// What netkit's subcommands write: answers as text and as JSON, to standard output or to a file.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "netkit/formats/diagnostics.h"
+#include "netkit/model/petri_net.h"
 #include "netkit/siphons/arc_sets.h"
 
 namespace siphons {
@@ -14,27 +16,29 @@ namespace siphons {
 /// Members in the order in which they are set.
 using Json = nlohmann::ordered_json;
 
-/// The path of the net below MODELDIR, without extension. Ends the process as `siphons` does when it cannot
-/// be formed.
-std::string NetPath(const std::string& net);
+/// Every JSON answer has it as the member "version"; it changes when a member changes its meaning or goes.
+inline constexpr int32_t kAnswerVersion = 1;
 
 /// The tokens that the initial marking puts into the places.
-int64_t TokensOf(const PlaceList& set);
+int64_t TokensOf(const PetriNet& net, const PlaceList& set);
 
 /// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
-std::string MarkingLine(const PlaceList& set);
+std::string MarkingLine(const PetriNet& net, const PlaceList& set);
 
 /// The order of answers: by number of places, then by place numbers.
 bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
 
 /// Places (names) and tokens of a set.
-Json JsonOf(const PlaceList& set);
+Json JsonOf(const PetriNet& net, const PlaceList& set);
+
+/// Errors and warnings, each with its place in the file.
+Json JsonOf(const Diagnostics& diagnostics);
 
 /// Why an answer is incomplete, or null.
 Json ReasonOf(const std::string& reason);
 
-/// One line of JSON; what is not UTF-8 in a name is replaced.
-std::string LineOf(const Json& json);
+/// The value as one line; what is not UTF-8 in a name is replaced.
+std::string JsonLine(const Json& json);
 
 /// Ends the process as WriteAnswer does when the file cannot be opened for writing, which is better known
 /// before a long run. What it holds stays.

@@ -1,0 +1,123 @@
+#include "netkit/commands/question.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "netkit/formats/net_file.h"
+
+namespace siphons {
+
+namespace {
+
+/// The answers on their way out: at once to standard output, all together to a file.
+class AnswerWriter {
+ public:
+  explicit AnswerWriter(const QuestionOptions& options) : options_(options) { TryOutput(options.output); }
+
+  void Write(const std::string& net, Answer answer) {
+    status_ = std::max(status_, answer.status);
+    std::string text;
+    if (options_.json) {
+      Json whole = {{"version", kAnswerVersion}, {"net", net}};
+      whole.update(answer.json);
+      text = JsonLine(whole);
+    } else {
+      text = options_.nets.size() > 1 ? net + ": " + answer.text : std::move(answer.text);
+    }
+    if (!options_.output.empty()) {
+      collected_ += text;
+    } else if (!options_.quiet) {
+      WriteAnswer("", text);
+    }
+  }
+
+  /// Reports what keeps a net from being answered.
+  void Fail(const std::string& net, const std::string& message, const Json& diagnostics, int32_t status) {
+    if (options_.json) {
+      Write(net,
+            {"", {{"error", message.substr(0, message.find('\n'))}, {"diagnostics", diagnostics}}, status});
+    } else {
+      std::fputs(message.c_str(), stderr);
+      status_ = std::max(status_, status);
+    }
+  }
+
+  /// Writes the file, if there is one. Returns the exit status.
+  int32_t Finish() const {
+    if (!options_.output.empty()) WriteAnswer(options_.output, collected_);
+    return status_;
+  }
+
+ private:
+  const QuestionOptions& options_;
+  std::string collected_;
+  int32_t status_ = kComplete;
+};
+
+}  // namespace
+
+std::string FaultOfDuration(const std::string& text) {
+  constexpr double kLongest = 1e9;
+  char* end = nullptr;
+  const double seconds = std::strtod(text.c_str(), &end);
+  return *end == '\0' && seconds > 0 && seconds <= kLongest ? "" : "a positive number of seconds is wanted";
+}
+
+std::string FaultOfCount(const std::string& text) {
+  constexpr size_t kMostDigits = 18;
+  const bool isDecimal = text.find_first_not_of("0123456789") == std::string::npos;
+  return isDecimal && text.size() <= kMostDigits && !text.empty() && text[0] != '0'
+             ? ""
+             : "a positive decimal number is wanted";
+}
+
+CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
+                      QuestionOptions& options) {
+  CLI::App* const command = app.add_subcommand(name, description);
+  command
+      ->add_option(
+          "NET", options.nets,
+          "file (.PD), - for standard input, or a bare name: NET.PD in MODELDIR or here; one or more")
+      ->required();
+  command->add_flag("--json", options.json, "answer as JSON, a line for each net");
+  command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
+      ->type_name("FILE");
+  command->add_flag("-q,--quiet", options.quiet, "write nothing to standard output: the exit status tells");
+  return command;
+}
+
+CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::string& description,
+                          QuestionOptions& options) {
+  CLI::App* const command = AddQuestion(app, name, description, options);
+  command->add_option("--timeout", options.timeout, "stop after this time, for each net")
+      ->check(FaultOfDuration)
+      ->type_name("SECONDS");
+  return command;
+}
+
+int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
+                   const std::function<Answer(const PetriNet&, RunControl&)>& ask) {
+  AnswerWriter writer(options);
+  for (const std::string& net : options.nets) {
+    RunControl control(options.timeout, counted, options.quiet);
+    const NetReading reading = ReadNet(net);
+    if (!reading.net) {
+      writer.Fail(net, reading.diagnostics.Text(), JsonOf(reading.diagnostics), kFailure);
+      continue;
+    }
+    try {
+      Answer answer = ask(*reading.net, control);
+      control.EndProgress();
+      writer.Write(net, std::move(answer));
+    } catch (const WrongUsage& usage) {
+      writer.Fail(net, usage.message + "\n", Json::array(), kUsage);
+    }
+    if (control.Interrupted()) break;
+  }
+  return writer.Finish();
+}
+
+}  // namespace siphons

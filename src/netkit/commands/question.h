@@ -1,0 +1,61 @@
+// The front door of the subcommands that ask about nets: their common options, how they get their nets, how
+// they answer.
+//
+// Each NET is read, asked about and answered by itself. A net that cannot be read does not keep the others
+// from being answered; the exit status is the greatest of all.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/exit_status.h"
+#include "netkit/commands/answers.h"
+#include "netkit/commands/run_control.h"
+
+namespace CLI {
+class App;
+}
+
+namespace siphons {
+
+struct QuestionOptions {
+  std::vector<std::string> nets;
+  std::string output;  ///< empty: standard output
+  bool json = false;
+  bool quiet = false;
+  double timeout = 0;  ///< seconds for each net; 0: none
+};
+
+/// What is said about one net.
+struct Answer {
+  std::string text;  ///< ends with a line end
+  Json json;         ///< an object; "version" and "net" are put before its members
+  int32_t status = kComplete;
+};
+
+/// Adds a subcommand with the options that all questions have. `options` must outlive the run of `app`.
+CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
+                      QuestionOptions& options);
+
+/// As AddQuestion, for a question that may take long: with a time limit.
+CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::string& description,
+                          QuestionOptions& options);
+
+/// Reads every net and writes what `ask` answers; errors of a file go to standard error, or are an answer
+/// under --json. `counted` is what the progress line counts. Returns the exit status.
+int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
+                   const std::function<Answer(const PetriNet&, RunControl&)>& ask);
+
+/// Wrong usage that only the net tells, thrown by `ask`: the message is told and the status is that of wrong
+/// usage.
+struct WrongUsage {
+  std::string message;
+};
+
+/// Checks of option values, in the form of the command line library: what is wrong, or an empty text.
+std::string FaultOfDuration(const std::string& text);
+std::string FaultOfCount(const std::string& text);
+
+}  // namespace siphons

@@ -1,0 +1,99 @@
+// netkit list, structure and pmf: what the tables of the report program hold. They read a net with its
+// loader, with its messages, and end as it does when the net cannot be read.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/process_end.h"
+#include "driver/model_files.h"
+#include "net/load_net.h"
+#include "netkit/commands/answers.h"
+#include "netkit/commands/commands.h"
+#include "netkit/formats/net_file.h"
+#include "structure/pmf_file.h"
+#include "structure/sparse.h"
+#include "structure/struct_IO.h"
+#include "structure/struct_subnet.h"
+#include "structure/struct_vars.h"
+#include "structure/structure_file.h"
+
+namespace siphons {
+
+namespace {
+
+struct TableOptions {
+  std::string net;
+  std::string output;  ///< empty: standard output
+  bool summary = false;
+};
+
+/// Reports as the report program does, but says nothing where a net is as it should be: a net without
+/// parameters or measures need not announce them, and a listing is no warning.
+int32_t ReportFault(const char* message, int32_t fatal) {
+  const std::string_view text = message;
+  const bool usual = text.starts_with("-1 ") || text.starts_with("I'm error_func");
+  return usual && fatal == 0 ? 0 : DefaultError(message, fatal);
+}
+
+/// The path of the net without extension, as the loader and the definition info want it.
+std::string PathOf(const std::string& net) {
+  std::string path = FindNet(net);
+  path.resize(path.rfind('.'));
+  return path;
+}
+
+void List(const TableOptions& options) {
+  LoadModel(PathOf(options.net).c_str(), ReportFault);
+  show_net(*model);
+  WriteAnswer("", "");  // tells when the listing is not written whole
+}
+
+void WritePmf(const TableOptions& options) {
+  const std::string path = PathOf(options.net);
+  LoadModel(path.c_str(), ReportFault);
+  const bool anyGeneral = std::any_of(model->transitions, model->transitions + model->ntrans,
+                                      [](const NetTransition& t) { return t.type == kGeneral; });
+  if (anyGeneral) {
+    generate_pmf(path.c_str(), *model);
+  } else {
+    WriteAnswer("", "The net has no general transition: no file is written.\n");
+  }
+}
+
+void Structure(const TableOptions& options) {
+  const std::string path = PathOf(options.net);
+  OpenDefinitionInfo(path.c_str());
+  LoadModel(path.c_str(), ReportFault);
+  config_net(*model);
+  ReadDefinitionInfo(path.c_str());
+  c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);
+  subnet_bit = ecs_bit = options.summary ? 1 : 0;
+  calc_subnets();
+  WriteAnswer(options.output, subnet_output);
+}
+
+}  // namespace
+
+void AddTables(CLI::App& app, int32_t&) {
+  const auto options = std::make_shared<TableOptions>();
+  const auto add = [&](const char* name, const char* description, void (*run)(const TableOptions&)) {
+    CLI::App* const command = app.add_subcommand(name, description);
+    command->add_option("NET", options->net, "file (.PD), or a bare name: NET.PD in MODELDIR or here")
+        ->required();
+    command->callback([run, options] { run(*options); });
+    return command;
+  };
+  add("list", "List the net field by field on standard output", List);
+  add("pmf", "Write the distributions of the general transitions to NET.pmf, beside the net", WritePmf);
+  CLI::App* const structure =
+      add("structure", "Decompose the net into subnets and write its structural analysis file", Structure);
+  CLI::Option* const output =
+      structure->add_option("-o,--output", options->output, "write to FILE, not to standard output")
+          ->type_name("FILE");
+  structure->add_flag("--summary", options->summary, "sum the subnets up on standard output")->needs(output);
+}
+
+}  // namespace siphons
