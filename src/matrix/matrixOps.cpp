@@ -71,8 +71,14 @@ Matrix* MultMat(const Matrix* a, const Matrix* b) {
 
 Matrix* TransMat(const Matrix* a) {
   Matrix* transpose = BuildMat(a->NbColumns, a->NbRows);
-  for (uint32_t i = 0; i < a->NbRows; ++i) {
-    for (uint32_t j = 0; j < a->NbColumns; ++j) transpose->p[j][i] = a->p[i][j];
+  // Long rows may start at the same place of a page each, so what goes into one row is written a cache line
+  // at a time.
+  constexpr uint32_t kLine = 16;
+  for (uint32_t first = 0; first < a->NbRows; first += kLine) {
+    const uint32_t end = std::min(first + kLine, a->NbRows);
+    for (uint32_t j = 0; j < a->NbColumns; ++j) {
+      for (uint32_t i = first; i < end; ++i) transpose->p[j][i] = a->p[i][j];
+    }
   }
   return transpose;
 }

@@ -1,16 +1,43 @@
-// What lists.cpp and store_pair.cpp share about the inside of a pair list.
+// What lists.cpp and store_pair.cpp share about the inside of a pair list: where the chain of a key ends.
+//
+// A table with open addressing, at most half full, since a long solve files millions of pairs and gives all
+// lists up again: one block of memory for all keys costs a third of a node for each. The key that was filed
+// last is tried first, because the pairs of one ray come one after the other.
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
+#include <vector>
 
 #include "solver/lists.h"
 
 namespace siphons {
 
-struct KeyIndex {
-  std::unordered_map<uint32_t, LLElement*> tails;  ///< last element of each key's chain
+class KeyIndex {
+ public:
+  explicit KeyIndex(LiList* list) : lastBlock(list) {}
+
+  /// Where the last element of a key's chain stands, or null for a key that is not there. The place is valid
+  /// until the next Add.
+  LLElement** TailOf(uint32_t key);
+
+  /// Makes room for one more key. Throws std::bad_alloc, the index as before.
+  void Reserve();
+
+  /// Adds a key that is not there, after Reserve.
+  void Add(uint32_t key, LLElement* tail);
+
   LiList* lastBlock;
+
+ private:
+  struct Entry {
+    uint32_t key;
+    LLElement* tail;  ///< null in an entry that is free
+  };
+  size_t EntryOf(uint32_t key) const;
+
+  std::vector<Entry> entries_;  ///< a power of two of them, or none
+  size_t keys_ = 0;
+  size_t last_ = 0;  ///< entry of the key that was looked for last
 };
 
 inline constexpr const char* kNoMemory = "CreateLLElement: no more memory available!";

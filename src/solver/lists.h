@@ -21,7 +21,7 @@ struct LLElement {
   LLElement* next;
 };
 
-struct KeyIndex;
+class KeyIndex;
 
 /// One block of a pair list; a list is named by its first block, which also owns the key index.
 struct LiList {
