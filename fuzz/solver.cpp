@@ -1,5 +1,5 @@
 // Small systems for the solver. The first byte chooses what the others are:
-//   a net       at most 10 places: the siphons are those of brute force, and so are those of the SAT engine
+//   a net       at most 10 places: the siphons are those of brute force, and so are those of netkit
 //   a system    at most 16 coordinates and 20 constraints: rays, pairs, counters and what is printed are
 //               those of the reference, whatever the numbers are, and every ray satisfies every constraint
 // and how great the numbers get. Siphons and rays are checked against the mathematics unless the arithmetic
@@ -44,11 +44,11 @@ void CheckEnumeration(const Rows (&arcs)[2], const std::set<PlaceSet>& minimal) 
   const auto take = [&found](std::span<const int32_t> siphon) {
     PlaceSet set = 0;
     for (const int32_t p : siphon) set |= PlaceSet{1} << p;
-    Require(found.insert(set).second, "the SAT engine finds a siphon twice");
+    Require(found.insert(set).second, "netkit finds a siphon twice");
     return true;
   };
   const bool complete = ForEachMinimalSiphon(sets, {AllPlaces(sets), {}}, take, [] { return false; });
-  Require(complete && found == minimal, "the siphons of the SAT engine are not those of brute force");
+  Require(complete && found == minimal, "the siphons of netkit are not those of brute force");
 }
 
 void CheckNet(Bytes& bytes, int32_t magnitude) {

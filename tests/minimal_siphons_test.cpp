@@ -1,10 +1,15 @@
-// The SAT engine against brute force and against the cone method: siphons, traps, queries, and Commoner's
-// condition.
+// The search for minimal siphons against brute force and against the cone method: siphons, traps, queries,
+// and Commoner's condition.
 #include "netkit/siphons/minimal_siphons.h"
 
 #include <gtest/gtest.h>
 
+#include <bit>
+
 #include "netkit/siphons/commoner.h"
+#include "netkit/siphons/job_order.h"
+#include "netkit/siphons/job_split.h"
+#include "netkit/siphons/siphon_parts.h"
 #include "netkit/siphons/siphon_within.h"
 #include "solver/sharedVars.h"
 #include "tests/brute_force.h"
@@ -121,6 +126,110 @@ TEST(MinimalSiphons, EqualThoseOfTheCone) {
   EXPECT_GT(compared, 200);
 }
 
+/// What is found with a query on some threads, each siphon once, in the order in which they come.
+std::vector<PlaceList> InOrder(const ArcSets& arcs, const SiphonQuery& query, int32_t threads) {
+  std::vector<PlaceList> found;
+  const auto take = [&found](std::span<const int32_t> siphon) {
+    found.emplace_back(siphon.begin(), siphon.end());
+    return true;
+  };
+  EXPECT_TRUE(EnumerateMinimalSiphons(arcs, query, threads, take, kNever).complete);
+  return found;
+}
+
+/// Places beside and below each other lead to each other around a torus, two to a cell.
+ArcSets Torus(int32_t side) {
+  ArcSets arcs{2 * side * side, {}};
+  const auto across = [side](int32_t row, int32_t column) { return row * side + column % side; };
+  const auto down = [side](int32_t row, int32_t column) { return side * side + row % side * side + column; };
+  for (int32_t row = 0; row < side; ++row) {
+    for (int32_t column = 0; column < side; ++column)
+      arcs.transitions.push_back(
+          {{across(row, column), down(row, column)}, {across(row, column + 1), down(row + 1, column)}});
+  }
+  for (ArcSets::Transition& transition : arcs.transitions)
+    std::sort(transition.outputs.begin(), transition.outputs.end());
+  return arcs;
+}
+
+TEST(MinimalSiphons, AreTheSameOnThreadsAndInParts) {
+  const ArcSets torus = Torus(5);
+  const std::vector<PlaceList> all = InOrder(torus, {AllPlaces(torus), {}}, 1);
+  EXPECT_EQ(all.size(), 5665u);
+  EXPECT_EQ(std::set<PlaceList>(all.begin(), all.end()).size(), all.size());
+  EXPECT_EQ(InOrder(torus, {AllPlaces(torus), {}}, 3), all);
+
+  const ArcSets small = Torus(4);
+  const std::vector<PlaceList> siphons = InOrder(small, {AllPlaces(small), {}}, 1);
+  std::set<PlaceList> together;
+  size_t greatest = 0;
+  for (int32_t part = 1; part <= 4; ++part) {
+    const SiphonQuery query{.within = AllPlaces(small), .containing = {}, .part = part, .parts = 4};
+    const std::vector<PlaceList> mine = InOrder(small, query, part % 3);
+    greatest = std::max(greatest, mine.size());
+    for (const PlaceList& siphon : mine) EXPECT_TRUE(together.insert(siphon).second) << "in two parts";
+  }
+  EXPECT_EQ(together, std::set<PlaceList>(siphons.begin(), siphons.end()));
+  EXPECT_LT(greatest, siphons.size() / 2);
+}
+
+TEST(MinimalSiphons, OfFewPlacesAreThoseOfAll) {
+  const ArcSets torus = Torus(4);
+  std::set<PlaceList> all;
+  for (PlaceList& siphon : InOrder(torus, {AllPlaces(torus), {}}, 1)) all.insert(std::move(siphon));
+  for (int32_t most = 0; most <= 2 * 16; ++most) {
+    std::set<PlaceList> wanted, found;
+    for (const PlaceList& siphon : all) {
+      if (static_cast<int32_t>(siphon.size()) <= most) wanted.insert(siphon);
+    }
+    const auto take = [&found](std::span<const int32_t> siphon) {
+      return found.insert({siphon.begin(), siphon.end()}).second;
+    };
+    const EnumerationEnd end = EnumerateMinimalSiphons(
+        torus, {.within = AllPlaces(torus), .containing = {}, .mostPlaces = most}, 1, take, kNever);
+    EXPECT_TRUE(end.complete);
+    EXPECT_TRUE(end.leftOutGreat || wanted.size() == all.size());
+    EXPECT_EQ(found, wanted) << most;
+  }
+}
+
+// Jobs that are split after every few answers, so that small nets are cut to the last place.
+TEST(MinimalSiphons, AreThoseOfJobsSplitToTheLast) {
+  int splits = 0;
+  for (uint32_t seed = 2000; seed < 2300; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    const RandomNet net(seed, 14);
+    const ArcSets arcs = WithoutDominatedArcs(net.arcs, AllPlaces(net.arcs));
+    std::set<PlaceSet> wanted;
+    for (const PlaceSet siphon : MinimalSiphons(net.O, net.I)) {
+      if (std::popcount(siphon) > 1) wanted.insert(siphon);
+    }
+    PlaceList others;  // a place that is a siphon alone is in no other minimal one
+    for (const int32_t p : AllPlaces(net.arcs)) {
+      const bool isAlone = std::none_of(arcs.transitions.begin(), arcs.transitions.end(), [p](const auto& t) {
+        return std::binary_search(t.outputs.begin(), t.outputs.end(), p);
+      });
+      if (!isAlone) others.push_back(p);
+    }
+    SiphonParts parts(arcs);
+    std::vector<SiphonJob> jobs;
+    for (Component& component : ComponentsOf(arcs, parts.Split(others))) jobs.push_back(WholeJob(component));
+    std::set<PlaceSet> found;
+    const auto take = [&](const PlaceList& siphon) {
+      EXPECT_TRUE(found.insert(SetOf(siphon)).second) << "a siphon comes twice";
+      return true;
+    };
+    JobLimits limits;
+    limits.answers = 1 + seed % 3;
+    limits.conflicts = 2;
+    limits.steps = 10;
+    EXPECT_TRUE(RunJobs(std::move(jobs), limits, 1 + static_cast<int32_t>(seed % 2), take, kNever).complete);
+    EXPECT_EQ(found, wanted);
+    splits += wanted.size() > limits.answers ? 1 : 0;
+  }
+  EXPECT_GT(splits, 30);
+}
+
 /// Whether every transition that puts tokens into the set takes some from it.
 bool IsSiphon(const ArcSets& arcs, PlaceSet set) {
   return std::all_of(arcs.transitions.begin(), arcs.transitions.end(), [set](const auto& t) {
@@ -205,6 +314,10 @@ TEST(SiphonWithin, IsTheGreatestAndShrinksAroundKeptPlaces) {
           kept |= PlaceSet{1} << p;
           siphon.Keep(p);
         }
+        EXPECT_EQ(SetOf(siphon.Places()), now);
+      }
+      for (const int32_t p : siphon.Places()) {
+        EXPECT_FALSE(siphon.TryRemove(p, gone)) << "a kept place goes";
         EXPECT_EQ(SetOf(siphon.Places()), now);
       }
     }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <span>
 
 #include "netkit/siphons/arc_sets.h"
@@ -11,14 +12,29 @@ namespace siphons {
 
 /// Which minimal siphons are wanted.
 struct SiphonQuery {
-  PlaceList within;      ///< all places of the siphon are among these
+  PlaceList within;      ///< all places of the siphon are among these, each once
   PlaceList containing;  ///< and these are among its places
+  int32_t mostPlaces = std::numeric_limits<int32_t>::max();  ///< and it has no more than these many
+  int32_t part = 1;                                          ///< of `parts`: every siphon belongs to one part
+  int32_t parts = 1;                                         ///< at least 1
 };
 
-/// Calls found(places) for every wanted minimal siphon of the net, its places ascending, each siphon once, in
-/// no particular order. The search ends early when `found` returns false, or when `stop`, which is asked
-/// often, returns true. Returns whether it came to its end, so that there is no other. Needs memory for the
-/// net and for the siphons found; with `containing`, also for those met on the way that do not contain it.
+/// How the search ended.
+struct EnumerationEnd {
+  bool complete = false;      ///< there is no other wanted siphon
+  bool leftOutGreat = false;  ///< there may be siphons with more places than wanted
+};
+
+/// Calls found(places) for every wanted minimal siphon of the net, its places ascending, each siphon once.
+/// The order depends on nothing but the net and the query. The search ends early when `found` returns false,
+/// or when `stop`, which is asked often, returns true; both are called from the calling thread. With more
+/// than one thread the search runs beside it. Needs memory for the net and for some thousand siphons, and in
+/// rare cases for all that were found.
+EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
+                                       const std::function<bool(std::span<const int32_t>)>& found,
+                                       const std::function<bool()>& stop);
+
+/// The same on one thread; whether it came to its end.
 bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,
                           const std::function<bool(std::span<const int32_t>)>& found,
                           const std::function<bool()>& stop);

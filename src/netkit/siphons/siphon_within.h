@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -32,6 +33,10 @@ class SiphonWithin {
   /// returns false when a kept place would go, or all places. `gone` is then what went until that was clear,
   /// each after a place that it follows; the first is the place itself.
   bool TryRemove(int32_t place, PlaceList& gone);
+
+  /// Becomes a siphon within itself that loses no further place without losing a kept one or all; without
+  /// kept places, a minimal one. What it holds then is kept. False when `stop`, asked often, returned true.
+  bool Shrink(const std::function<bool()>& stop);
 
   bool Keeps(int32_t place) const { return kept_[static_cast<size_t>(place)]; }
   bool Holds(int32_t place) const { return holds_[static_cast<size_t>(place)]; }
