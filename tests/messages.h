@@ -94,8 +94,9 @@ inline bool Says(const MessageRow& row, const std::string& text) {
 
 /// Whether the run shows what the row tells: the message on its stream, or none at all, and the status.
 inline bool Shows(const MessageRow& row, const Outcome& run) {
-  const std::map<std::string, int> statuses{{"goes on", 0},      {"status 1", 1},       {"status 2", 2},
-                                            {"status 255", 255}, {"SIGABRT", -SIGABRT}, {"SIGFPE", -SIGFPE}};
+  const std::map<std::string, int> statuses{{"goes on", 0},     {"status 1", 1},     {"status 2", 2},
+                                            {"status 3", 3},    {"status 255", 255}, {"SIGABRT", -SIGABRT},
+                                            {"SIGFPE", -SIGFPE}};
   const auto status = statuses.find(row.then);
   if (status == statuses.end() || status->second != run.status) return false;
   if (row.message.empty()) return run.out.empty() && run.err.empty();

@@ -142,6 +142,37 @@ TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
   }
 }
 
+TEST_F(SmallRing, CountedStreamedSharedAndTheSmallest) {
+  const std::string all = Run("siphons net").out;
+  EXPECT_EQ(Run("siphons net --count").out, "No. of siphons = 4\n");
+  EXPECT_EQ(Run("siphons net --jobs 3").out, all);
+  const std::string streamed = Run("siphons net --stream").out;
+  EXPECT_EQ(MarkingLines(streamed), MarkingLines(all));
+  EXPECT_EQ(streamed.substr(streamed.rfind("No.")), "No. of siphons = 4\n") << "the number comes last";
+  EXPECT_EQ(Run("siphons net --stream --containing b0 --containing b1 --json").out,
+            R"({"version":1,"net":"net","places":["b0","b1"],"tokens":1})"
+            "\n"
+            R"({"version":1,"net":"net","counts":{"places":4,"transitions":2,"siphons":1},"complete":true,)"
+            R"("reason":null})"
+            "\n");
+  const Outcome smallest = Run("siphons net --smallest --max 2");
+  EXPECT_EQ(smallest.out,
+            "No. of siphons = 2 (incomplete: maximum reached)\nMARKING: 4294967294 { a0 a1 }\n"
+            "MARKING: 2147483648 { a0 b1 }\n");
+  EXPECT_EQ(smallest.status, 3);
+  EXPECT_EQ(Run("siphons net --smallest --max 4").out, all);
+  std::string shares;
+  for (const char* part : {"1/3", "2/3", "3/3"}) {
+    const Outcome share = Run(std::string("siphons net --part ") + part);
+    EXPECT_NE(share.out.find(std::string(" (part ") + part + ")\n"), std::string::npos);
+    shares += share.out;
+  }
+  EXPECT_EQ(MarkingLines(shares), MarkingLines(all));
+  for (const char* wrong :
+       {"--part 0/3", "--part 4/3", "--part 3", "--jobs 0", "--smallest", "--stream --count"})
+    EXPECT_EQ(Run(std::string("siphons net ") + wrong).status, 2) << wrong;
+}
+
 TEST_F(Ring, StopsAtTheTimeLimit) {
   const Outcome outcome = Run("siphons net --timeout 0.3 --json");
   EXPECT_EQ(outcome.status, 3);
@@ -168,14 +199,18 @@ TEST_F(Ring, InterruptedItWritesWhatItFound) {
 }
 
 TEST_F(Ring, ShowsProgressOnATerminal) {
-  const std::string command = ModelDirectory(model_.path()) +
-                              " " NETKIT_PROGRAM " siphons net --max 1000000 --timeout 2.5 -o /dev/null";
+  const std::string command =
+      ModelDirectory(model_.path()) + " " NETKIT_PROGRAM " siphons net --count --timeout 2.5 -o /dev/null";
   const Outcome outcome = RunProgram("", "script", "-qec \"" + command + "\" /dev/null");
   EXPECT_EQ(outcome.status, 3);
   EXPECT_NE(outcome.out.find(" siphons so far, 2 s"), std::string::npos);
-  EXPECT_EQ(outcome.out.find('\n'), std::string::npos) << "one line, rewritten";
-  EXPECT_EQ(outcome.out.back(), '\r');
-  ExpectRowsOfThisTest({{"", outcome.out.substr(1, outcome.out.find('\r', 1) - 1), 0}});
+  EXPECT_EQ(outcome.out.find('\n'), outcome.out.size() - 1) << "one line, rewritten, and the last words";
+  EXPECT_NE(outcome.out.find("\rtime limit: "), std::string::npos);
+  EXPECT_NE(outcome.out.find(" siphons found so far, written to /dev/null\r\n"), std::string::npos);
+  const size_t last = outcome.out.find("time limit: ");
+  ASSERT_NE(last, std::string::npos);
+  ExpectRowsOfThisTest({{"", outcome.out.substr(1, outcome.out.find('\r', 1) - 1), 0},
+                        {"", outcome.out.substr(last, outcome.out.size() - last - 2), 3}});
 }
 
 TEST_F(SmallRing, WrongUsageAndFailures) {

@@ -35,10 +35,6 @@ std::string MarkingLine(const PetriNet& net, const PlaceList& set) {
   return line + "}\n";
 }
 
-bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b) {
-  return a.size() != b.size() ? a.size() < b.size() : a < b;
-}
-
 Json JsonOf(const PetriNet& net, const PlaceList& set) {
   Json names = Json::array();
   for (const int32_t p : set) names.push_back(net.places[static_cast<size_t>(p)].name);

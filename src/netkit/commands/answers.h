@@ -9,7 +9,7 @@
 
 #include "netkit/formats/diagnostics.h"
 #include "netkit/model/petri_net.h"
-#include "netkit/siphons/arc_sets.h"
+#include "netkit/siphons/minimal_siphons.h"
 
 namespace siphons {
 
@@ -24,9 +24,6 @@ int64_t TokensOf(const PetriNet& net, const PlaceList& set);
 
 /// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
 std::string MarkingLine(const PetriNet& net, const PlaceList& set);
-
-/// The order of answers: by number of places, then by place numbers.
-bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
 
 /// Places (names) and tokens of a set.
 Json JsonOf(const PetriNet& net, const PlaceList& set);

@@ -101,6 +101,7 @@ CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::str
 int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
                    const std::function<Answer(const PetriNet&, RunControl&)>& ask) {
   AnswerWriter writer(options);
+  std::string lastWords;
   for (const std::string& net : options.nets) {
     RunControl control(options.timeout, counted, options.quiet);
     const NetReading reading = ReadNet(net);
@@ -112,12 +113,15 @@ int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
       Answer answer = ask(*reading.net, control);
       control.EndProgress();
       writer.Write(net, std::move(answer));
+      lastWords += control.LastWords(options.output);
     } catch (const WrongUsage& usage) {
       writer.Fail(net, usage.message + "\n", Json::array(), kUsage);
     }
     if (control.Interrupted()) break;
   }
-  return writer.Finish();
+  const int32_t status = writer.Finish();
+  std::fputs(lastWords.c_str(), stderr);
+  return status;
 }
 
 }  // namespace siphons

@@ -35,6 +35,12 @@ void RunControl::EndProgress() {
   lineLength_ = 0;
 }
 
+std::string RunControl::LastWords(const std::string& output) const {
+  if (!showsProgress_ || reason_.empty()) return "";
+  return reason_ + ": " + std::to_string(count_) + " " + what_ + " found so far, written to " +
+         (output.empty() ? "standard output" : output) + "\n";
+}
+
 bool RunControl::Stop() {
   if (Interrupted()) {
     reason_ = "interrupted";
@@ -42,7 +48,7 @@ bool RunControl::Stop() {
   }
   if (seconds_ == 0 && !showsProgress_) return false;
   const double elapsed = std::chrono::duration<double>(Clock::now() - start_).count();
-  if (seconds_ > 0 && elapsed >= seconds_) {
+  if (seconds_ > 0 && elapsed + reserved_ >= seconds_) {
     reason_ = "time limit";
     return true;
   }

@@ -17,12 +17,19 @@ class RunControl {
 
   void Count() { ++count_; }
 
+  /// Keeps some of the time for what comes after the run: it is to stop that much earlier.
+  void Reserve(double seconds) { reserved_ += seconds; }
+
   /// Whether the run is to stop. Asked often; on a terminal this also rewrites the progress line on standard
   /// error, from two seconds on.
   bool Stop();
 
   /// Takes the progress line away.
   void EndProgress();
+
+  /// What a person at a terminal is told in the end of a run that was cut short, with a line end, or nothing:
+  /// how many were found, and where they went.
+  std::string LastWords(const std::string& output) const;
 
   /// Whether a signal asked for the end of the run.
   static bool Interrupted();
@@ -38,6 +45,7 @@ class RunControl {
 
   Clock::time_point start_ = Clock::now();
   double seconds_;
+  double reserved_ = 0;
   std::string what_;
   std::string reason_;
   int64_t count_ = 0;

@@ -97,6 +97,10 @@ bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,
   return EnumerateMinimalSiphons(arcs, query, 1, found, stop).complete;
 }
 
+bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b) {
+  return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
 PlaceList AllPlaces(const ArcSets& arcs) {
   PlaceList places(static_cast<size_t>(arcs.placeCount));
   std::iota(places.begin(), places.end(), 0);

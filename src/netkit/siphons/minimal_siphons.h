@@ -39,6 +39,9 @@ bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,
                           const std::function<bool(std::span<const int32_t>)>& found,
                           const std::function<bool()>& stop);
 
+/// The order of answers: by number of places, then by place numbers.
+bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b);
+
 /// All places of the net.
 PlaceList AllPlaces(const ArcSets& arcs);
 
