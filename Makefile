@@ -4,11 +4,27 @@ NET = philosophers
 MODELDIR = $(CURDIR)/examples
 JOBS := $(shell nproc 2>/dev/null || echo 1)
 
-.PHONY: all run test asan bench fuzz coverage lint format format-check clean
+.PHONY: all run install package check-package test asan bench fuzz coverage lint format format-check clean
 
 # Both programs, optimised, without tests.
 all: build/release/CMakeCache.txt
 	@cmake --build --preset release -j $(JOBS) --target siphons netkit -- --no-print-directory
+
+# Installs them, their man pages, documents and examples.
+PREFIX = /usr/local
+DESTDIR =
+install: all
+	@DESTDIR='$(DESTDIR)' cmake --install build/release --prefix '$(PREFIX)'
+
+# The Debian package, in build/release/package; check-package tries it in a root of its own.
+package:
+	@scripts/setup package
+	@cmake --preset release -DBUILD_TESTING=OFF >/dev/null
+	@cmake --build --preset release -j $(JOBS) --target package -- -s --no-print-directory
+check-package:
+	@scripts/setup package
+	@cmake --preset release -DBUILD_TESTING=OFF >/dev/null
+	@scripts/check-package $(JOBS)
 
 # The report of NET, computed and kept in build/reports.
 run: build/release/CMakeCache.txt
