@@ -1,3 +1,6 @@
+// Rows are lists because most have fewer than ten elements; all operations but the insertion of many elements
+// walk along them. The order of elements with the same index is part of the result: the first one counts in
+// the dense form.
 #include "structure/sparse.h"
 
 #include <cstdio>

@@ -1,4 +1,7 @@
-// From the net model to the structural tables.
+// From the net model to the structural tables, in time linear in the places and transitions and k log k in
+// the arcs of a row. Places are looked up by name once more, although an arc of the model refers to its
+// place: a second announcement of places starts a new table, and arcs above it refer to places of the old
+// one, whose names may or may not be in the new.
 #include "structure/struct_IO.h"
 
 #include <array>
