@@ -36,7 +36,7 @@ std::string Ring(int64_t n) {
     const std::string number = std::to_string(i);
     const int64_t next = (i + 1) % n, far = (i * 7919 + 1) % n;
     parameters += "DEFINITION_PARAMETER m" + number + " 1 0 0\n";
-    places += "PLACE p" + number + " m" + number + " 0 0 0 0\n";
+    places.append("PLACE p").append(number).append(" m").append(number).append(" 0 0 0 0\n");
     transitions += "TRANSITION t" + number + " <MD> SS EXP RS 0 0 0 0 0 0 0 0\nINPARCS 2\n" + Arc(i) +
                    Arc(far) + "OUTPARCS 2\n" + Arc(next) + Arc(far) + "INHARCS 0\n";
     definitions += "EXP_DELAY t" + number + " 1.0;\n";
