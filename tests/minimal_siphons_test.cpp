@@ -1,12 +1,11 @@
-// The search for minimal siphons against brute force and against the cone method: siphons, traps, queries,
-// and Commoner's condition.
+// The search for minimal siphons against brute force and against the cone method: siphons, traps
+// and queries.
 #include "netkit/siphons/minimal_siphons.h"
 
 #include <gtest/gtest.h>
 
 #include <bit>
 
-#include "netkit/siphons/commoner.h"
 #include "netkit/siphons/job_order.h"
 #include "netkit/siphons/job_split.h"
 #include "netkit/siphons/siphon_parts.h"
@@ -235,46 +234,6 @@ bool IsSiphon(const ArcSets& arcs, PlaceSet set) {
   return std::all_of(arcs.transitions.begin(), arcs.transitions.end(), [set](const auto& t) {
     return (SetOf(t.outputs) & set) == 0 || (SetOf(t.inputs) & set) != 0;
   });
-}
-
-TEST(Commoner, EqualsTheConditionOverAllSiphonsAndTraps) {
-  int violated = 0, trapsUnmarked = 0;
-  for (uint32_t seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(testing::Message() << "seed " << seed);
-    const RandomNet net(seed, 8);
-    const ArcSets reversed = Reversed(net.arcs);
-    std::mt19937 random(seed);
-    PlaceSet markedSet = RandomSet(random);
-    markedSet &= RandomSet(random);  // a quarter of the places
-    std::vector<bool> marked;
-    for (int32_t p = 0; p < net.arcs.placeCount; ++p) marked.push_back((markedSet >> p & 1) != 0);
-    const auto greatestTrap = [&](PlaceSet siphon) {
-      PlaceSet greatest = 0;
-      for (PlaceSet s = siphon; s != 0; s = (s - 1) & siphon) greatest |= IsSiphon(reversed, s) ? s : 0;
-      return greatest;
-    };
-    bool holds = true;
-    for (PlaceSet s = 1; s < PlaceSet{1} << net.arcs.placeCount; ++s)
-      holds = holds && (!IsSiphon(net.arcs, s) || (greatestTrap(s) & markedSet) != 0);
-
-    const CommonerResult result = CheckCommoner(
-        net.arcs, marked, [] {}, kNever);
-    EXPECT_TRUE(result.complete);
-    EXPECT_EQ(result.violations.empty(), holds);
-    const std::set<PlaceSet> minimal = MinimalSiphons(net.O, net.I);
-    EXPECT_EQ(result.siphons, static_cast<int64_t>(minimal.size()));
-    const auto violates = [&](PlaceSet s) { return (greatestTrap(s) & markedSet) == 0; };
-    EXPECT_EQ(result.violations.size(), std::count_if(minimal.begin(), minimal.end(), violates));
-    for (const CommonerViolation& violation : result.violations) {
-      EXPECT_TRUE(violates(SetOf(violation.siphon)));
-      EXPECT_EQ(SetOf(violation.trap), greatestTrap(SetOf(violation.siphon)));
-      trapsUnmarked += violation.trap.empty() ? 0 : 1;
-    }
-    violated += holds ? 0 : 1;
-  }
-  EXPECT_GT(violated, 50);
-  EXPECT_LT(violated, 290);
-  EXPECT_GT(trapsUnmarked, 10);
 }
 
 TEST(MinimalSiphons, EndEarlyWhenAsked) {

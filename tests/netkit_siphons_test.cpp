@@ -1,4 +1,4 @@
-// netkit siphons, traps and check as processes: against the reports of the golden runs, and what their
+// netkit siphons and traps as processes: against the reports of the golden runs, and what their
 // options, limits and interrupts do.
 #include <gtest/gtest.h>
 
@@ -104,44 +104,6 @@ TEST_F(SmallRing, OrderTokensAndOptions) {
       "\n");
 }
 
-const std::string kOrdinary =
-    "Net: ordinary; weights other than 1: 0, marking-dependent weights: 0, inhibitor arcs: 0, "
-    "enabling functions: 0, transitions with priority: 0\n";
-
-TEST_F(SmallRing, Check) {
-  EXPECT_EQ(Run("check net").out,
-            "Every minimal siphon holds an initially marked trap: yes\n"
-            "No. of siphons = 4, without a marked trap = 0\n" +
-                kOrdinary + "Conclusion: no dead marking is reachable\n");
-}
-
-TEST(NetkitCheck, ListsTheSiphonsWithoutMarkedTrap) {
-  EXPECT_EQ(Netkit(EXAMPLES_DIRECTORY, "check cell").out,
-            "Every minimal siphon holds an initially marked trap: no\n"
-            "No. of siphons = 5, without a marked trap = 1\n"
-            "MARKING:    2 { robot mill a_on_mill b_on_robot }\n"
-            "  greatest trap MARKING:    0 { }\n" +
-                kOrdinary + "Conclusion: none: a siphon without a marked trap may run dry, and need not\n");
-}
-
-TEST(NetkitCheck, CountsWhatKeepsANetFromBeingOrdinary) {
-  const TemporaryDirectory model;
-  for (const char* file : {"net.PD", "net.DEFINFO"})
-    fs::copy(fs::path(NETKIT_DIRECTORY) / file, model.path());
-  const Json answer = Json::parse(Netkit(model.path(), "check net --json").out);
-  EXPECT_EQ(answer["ordinary"], false);
-  EXPECT_EQ(answer["conclusion"], "none: the condition decides for ordinary nets only");
-  EXPECT_EQ(
-      answer["features"],
-      Json::parse(R"({"weights":1,"marking_dependent_weights":2,"inhibitor_arcs":1,"enabling_functions":1,)"
-                  R"("priorities":5})"));
-  EXPECT_EQ(answer["violations"].size(), 3u);
-  for (const Json& violation : answer["violations"]) {
-    EXPECT_FALSE(violation["places"].empty());
-    EXPECT_TRUE(violation["trap"]["tokens"].is_number());
-  }
-}
-
 TEST_F(SmallRing, CountedStreamedSharedAndTheSmallest) {
   const std::string all = Run("siphons net").out;
   EXPECT_EQ(Run("siphons net --count").out, "No. of siphons = 4\n");
@@ -182,9 +144,6 @@ TEST_F(Ring, StopsAtTheTimeLimit) {
   EXPECT_GT(answer["siphons"].size(), 0u);
   EXPECT_EQ(answer["siphons"].size(), answer["counts"]["siphons"]);
   EXPECT_EQ(outcome.err, "") << "no progress line without a terminal";
-  const Outcome check = Run("check net --timeout 0.3 --json");
-  EXPECT_EQ(check.status, 3);
-  EXPECT_TRUE(Json::parse(check.out)["condition"].is_null()) << "all siphons so far hold a marked trap";
 }
 
 TEST_F(Ring, InterruptedItWritesWhatItFound) {

@@ -12,12 +12,12 @@
 namespace siphons {
 
 /// What a random net may have beyond arcs of weight 1.
-struct NetFeatures {
+struct RandomFeatures {
   bool weights = true, inhibitors = true, priorities = true;
   bool unknown = false;  ///< enabling functions and marking-dependent arcs
 };
 
-inline PetriNet RandomNet(std::mt19937& random, const NetFeatures& features) {
+inline PetriNet RandomNet(std::mt19937& random, const RandomFeatures& features) {
   const auto below = [&random](uint32_t n) { return static_cast<int32_t>(random() % n); };
   PetriNet net;
   net.places.resize(static_cast<size_t>(2 + below(5)));

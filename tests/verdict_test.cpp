@@ -18,7 +18,7 @@
 namespace siphons {
 namespace {
 
-const auto kNever = [] { return false; };
+const auto kNever = [](int64_t = 0) { return false; };
 
 using Ends = std::vector<std::pair<int32_t, int64_t>>;
 
@@ -50,7 +50,7 @@ struct Line {
 };
 
 /// Compares verdicts with listings; the number of nets can be raised by VERDICT_NETS.
-void CompareWithListings(const NetFeatures& features, uint32_t seed, int nets) {
+void CompareWithListings(const RandomFeatures& features, uint32_t seed, int nets) {
   if (const char* const wanted = std::getenv("VERDICT_NETS")) nets = std::atoi(wanted);
   const std::vector<Line> lines = {
       {"all", {.rounds = 2}, true},

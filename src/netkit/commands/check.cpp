@@ -1,13 +1,7 @@
-// netkit check: whether every minimal siphon holds an initially marked trap (Commoner's condition), and what
-// follows for this net.
+// netkit check: whether a net can block; why, or why not.
 //
-// A marking is dead when it enables no transition. In an ordinary net the empty places of such a marking are
-// a siphon: every transition lacks a token on one of its input places. A siphon with a marked trap is never
-// empty, so under the condition no dead marking is reached (Hack 1972). The argument needs every transition
-// that is not enabled to have an empty input place, and places that are never below empty: weights (two arcs
-// between the same place and transition add up), inhibitor arcs, enabling functions and negative markings
-// break it. Priorities only choose among the enabled transitions; they are counted all the same, because the
-// condition is one about nets without them.
+// The verdict itself is made in netkit/verdict; here it is put into words. The first line says all; what
+// follows are reasons, cut after the first few where there are many: JSON and --trace have the rest.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
@@ -18,104 +12,232 @@
 #include "netkit/commands/commands.h"
 #include "netkit/commands/question.h"
 #include "netkit/model/net_class.h"
-#include "netkit/siphons/commoner.h"
+#include "netkit/verdict/explanation.h"
+#include "netkit/verdict/verdict.h"
 
 namespace siphons {
 
 namespace {
 
-/// Whether the condition holds: unknown without a violation in an incomplete run.
-enum class Verdict { kYes, kNo, kUnknown };
+constexpr size_t kMostLines = 20;    // of one kind
+constexpr size_t kMostFirings = 60;  // of a sequence
+constexpr size_t kMostSiphons = 20;  // that explain a deadlock
 
-Verdict VerdictOf(const CommonerResult& result) {
-  if (!result.violations.empty()) return Verdict::kNo;
-  return result.complete ? Verdict::kYes : Verdict::kUnknown;
+struct CheckOptions : QuestionOptions {
+  std::string trace;  ///< file for the sequence; empty: none
+};
+
+/// A verdict with what explains it.
+struct Explained {
+  Verdict verdict;
+  std::string stopReason;  ///< time limit or interrupt, or empty
+  std::vector<PlaceList>
+      siphons;  ///< short of tokens in the dead marking, or empty for nets with inhibitor arcs
+  std::vector<Obstacle> obstacles;  ///< in the dead marking
+};
+
+const std::string& NameOf(const PetriNet& net, int32_t place) {
+  return net.places[static_cast<size_t>(place)].name;
 }
 
-const char* ConclusionOf(Verdict answer, const NetFeatures& features) {
-  if (!features.None()) return "none: the condition decides for ordinary nets only";
-  switch (answer) {
-    case Verdict::kYes:
-      return "no dead marking is reachable";
-    case Verdict::kNo:
-      return "none: a siphon without a marked trap may run dry, and need not";
-    case Verdict::kUnknown:
+const char* WordOf(Finding finding) {
+  switch (finding) {
+    case Finding::kDeadlockFree:
+      return "deadlock-free";
+    case Finding::kDeadlock:
+      return "deadlock";
+    case Finding::kUndecided:
       break;
   }
-  return "none: not all siphons were looked at";
+  return "undecided";
 }
 
-std::string TextOf(const PetriNet& net, const CommonerResult& result, const NetFeatures& features,
-                   const std::string& reason) {
-  const Verdict answer = VerdictOf(result);
-  std::string text = "Every minimal siphon holds an initially marked trap: ";
-  text += answer == Verdict::kYes ? "yes" : answer == Verdict::kNo ? "no" : "not known";
-  text += "\nNo. of siphons = " + std::to_string(result.siphons) +
-          ", without a marked trap = " + std::to_string(result.violations.size()) +
-          (result.complete ? "" : " (incomplete: " + reason + ")") + "\n";
-  for (const CommonerViolation& violation : result.violations) {
-    text += MarkingLine(net, violation.siphon) + "  greatest trap " + MarkingLine(net, violation.trap);
+std::string TrapsOf(const Verdict& verdict) {
+  return std::to_string(verdict.traps.size()) +
+         (verdict.traps.size() == 1 ? " marked trap" : " marked traps");
+}
+
+/// What the verdict rests on.
+std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
+  switch (verdict.ground) {
+    case Ground::kNone:
+      break;
+    case Ground::kTraps:
+      if (FeaturesOf(net).None()) return "every siphon keeps a marked trap (Commoner's condition)";
+      return TrapsOf(verdict) + " leave no marking that holds every transition up";
+    case Ground::kEquation:
+      return "the state equation with " + TrapsOf(verdict) + " has no dead marking";
+    case Ground::kWholeEquation:
+      return "the state equation with " + TrapsOf(verdict) + " has no dead marking in whole numbers";
+    case Ground::kAllMarkings:
+      return "none of all " + std::to_string(verdict.markings) + " reachable markings is dead";
+    case Ground::kReduced:
+      return "none of the " + std::to_string(verdict.markings) + " markings that stubborn sets reach is dead";
+    case Ground::kBreadthFirst:
+      return "no shorter sequence leads to a dead marking";
+    case Ground::kReducedSearch:
+    case Ground::kWalk:
+      return "shorter sequences may lead to a dead marking, too";
   }
-  text += std::string("Net: ") + (features.None() ? "ordinary" : "not ordinary") +
-          "; weights other than 1: " + std::to_string(features.weights) +
-          ", marking-dependent weights: " + std::to_string(features.markingDependent) +
-          ", inhibitor arcs: " + std::to_string(features.inhibitors) +
-          ", enabling functions: " + std::to_string(features.functions) +
-          ", transitions with priority: " + std::to_string(features.priorities) + "\n";
-  return text + "Conclusion: " + ConclusionOf(answer, features) + "\n";
+  return verdict.reason;
 }
 
-Json JsonAnswer(const PetriNet& net, const CommonerResult& result, const NetFeatures& features,
-                const std::string& reason) {
-  const Verdict answer = VerdictOf(result);
-  Json violations = Json::array();
-  for (const CommonerViolation& violation : result.violations) {
-    Json entry = JsonOf(net, violation.siphon);
-    entry["trap"] = JsonOf(net, violation.trap);
-    violations.push_back(std::move(entry));
+/// The first lines of a list, and how many more there are.
+std::string FirstOf(const std::vector<std::string>& lines) {
+  std::string text;
+  for (size_t i = 0; i < std::min(lines.size(), kMostLines); ++i) text += lines[i];
+  if (lines.size() > kMostLines) {
+    text += "  and " + std::to_string(lines.size() - kMostLines) + " more (--json lists all)\n";
   }
-  return {
-      {"counts",
-       {{"places", net.places.size()}, {"transitions", net.transitions.size()}, {"siphons", result.siphons}}},
-      {"complete", result.complete},
-      {"reason", ReasonOf(reason)},
-      {"condition", answer == Verdict::kUnknown ? Json() : Json(answer == Verdict::kYes)},
-      {"ordinary", features.None()},
-      {"features",
-       {{"weights", features.weights},
-        {"marking_dependent_weights", features.markingDependent},
-        {"inhibitor_arcs", features.inhibitors},
-        {"enabling_functions", features.functions},
-        {"priorities", features.priorities}}},
-      {"conclusion", ConclusionOf(answer, features)},
-      {"violations", std::move(violations)}};
+  return text;
 }
 
-Answer AnswerAbout(const PetriNet& net, RunControl& control) {
-  std::vector<bool> marked;
-  std::transform(net.places.begin(), net.places.end(), std::back_inserter(marked),
-                 [](const Place& place) { return place.tokens > 0; });
-  CommonerResult result = CheckCommoner(
-      ArcSetsOf(net), marked, [&control] { control.Count(); }, [&control] { return control.Stop(); });
-  std::sort(result.violations.begin(), result.violations.end(),
-            [](const CommonerViolation& a, const CommonerViolation& b) {
-              return ShorterOrEarlier(a.siphon, b.siphon);
-            });
-  const NetFeatures features = FeaturesOf(net);
-  return {TextOf(net, result, features, control.Reason()),
-          JsonAnswer(net, result, features, control.Reason()), result.complete ? kComplete : kIncomplete};
+std::vector<std::string> LinesOf(const PetriNet& net, const std::vector<PlaceList>& sets) {
+  std::vector<std::string> lines;
+  for (const PlaceList& set : sets) lines.push_back(MarkingLine(net, set));
+  return lines;
+}
+
+std::string SequenceText(const PetriNet& net, const std::vector<int32_t>& sequence) {
+  std::string text = "Sequence:";
+  for (size_t i = 0; i < std::min(sequence.size(), kMostFirings); ++i) {
+    text += " " + net.transitions[static_cast<size_t>(sequence[i])].name;
+  }
+  if (sequence.size() > kMostFirings) {
+    text += " and " + std::to_string(sequence.size() - kMostFirings) + " more (--trace FILE writes all)";
+  }
+  return text + "\n";
+}
+
+std::string DeadlockText(const PetriNet& net, const Explained& explained) {
+  const Verdict& verdict = explained.verdict;
+  std::string text = SequenceText(net, verdict.sequence) + "Dead marking:";
+  for (size_t p = 0; p < verdict.dead.size(); ++p) {
+    if (verdict.dead[p] > 0) text += " " + net.places[p].name + "=" + std::to_string(verdict.dead[p]);
+  }
+  text += "\n";
+  if (!explained.siphons.empty()) {
+    text += "Siphons short of tokens there, with their initial tokens:\n" +
+            FirstOf(LinesOf(net, explained.siphons));
+  }
+  std::vector<std::string> lines;
+  for (const Obstacle& obstacle : explained.obstacles) {
+    lines.push_back("  " + net.transitions[static_cast<size_t>(obstacle.transition)].name + ": " +
+                    NameOf(net, obstacle.place) + " holds " + std::to_string(obstacle.tokens) + ", " +
+                    (obstacle.inhibitor ? "less than " : "") + std::to_string(obstacle.weight) +
+                    (obstacle.inhibitor ? " is allowed\n" : " needed\n"));
+  }
+  return text + "What holds each transition up:\n" + FirstOf(lines);
+}
+
+std::string TextOf(const PetriNet& net, const Explained& explained) {
+  const Verdict& verdict = explained.verdict;
+  std::string text = std::string(WordOf(verdict.finding));
+  if (verdict.finding == Finding::kDeadlock) {
+    const size_t firings = verdict.sequence.size();
+    return text + " after " + std::to_string(firings) + (firings == 1 ? " firing; " : " firings; ") +
+           GroundOf(net, verdict) + "\n" + DeadlockText(net, explained);
+  }
+  text += ": ";
+  if (!explained.stopReason.empty()) text += explained.stopReason + "; ";
+  text += GroundOf(net, verdict) + "\n";
+  if (!verdict.traps.empty()) text += "Traps of the proof:\n" + FirstOf(LinesOf(net, verdict.traps));
+  return text;
+}
+
+Json JsonAnswer(const PetriNet& net, const Explained& explained) {
+  const Verdict& verdict = explained.verdict;
+  const bool deadlock = verdict.finding == Finding::kDeadlock;
+  const bool undecided = verdict.finding == Finding::kUndecided;
+  Json sequence = Json::array(), marking = Json::object(), obstacles = Json::array();
+  Json traps = Json::array(), siphons = Json::array();
+  for (const int32_t t : verdict.sequence) {
+    sequence.push_back(net.transitions[static_cast<size_t>(t)].name);
+  }
+  for (size_t p = 0; p < verdict.dead.size(); ++p) {
+    if (verdict.dead[p] > 0) marking[net.places[p].name] = verdict.dead[p];
+  }
+  for (const Obstacle& obstacle : explained.obstacles) {
+    obstacles.push_back({{"transition", net.transitions[static_cast<size_t>(obstacle.transition)].name},
+                         {"place", NameOf(net, obstacle.place)},
+                         {"tokens", obstacle.tokens},
+                         {"weight", obstacle.weight},
+                         {"inhibitor", obstacle.inhibitor}});
+  }
+  for (const PlaceList& trap : verdict.traps) traps.push_back(JsonOf(net, trap));
+  for (const PlaceList& siphon : explained.siphons) siphons.push_back(JsonOf(net, siphon));
+  return {{"counts", {{"places", net.places.size()}, {"transitions", net.transitions.size()}}},
+          {"verdict", WordOf(verdict.finding)},
+          {"because", GroundOf(net, verdict)},
+          {"complete", !undecided},
+          {"reason",
+           undecided ? ReasonOf(explained.stopReason.empty() ? "limits" : explained.stopReason) : Json()},
+          {"markings", verdict.markings},
+          {"traps", std::move(traps)},
+          {"sequence", deadlock ? std::move(sequence) : Json()},
+          {"dead_marking", deadlock ? std::move(marking) : Json()},
+          {"short_siphons", std::move(siphons)},
+          {"held_up", std::move(obstacles)}};
+}
+
+void WriteTrace(const std::string& file, const PetriNet& net, const std::vector<int32_t>& sequence) {
+  std::string text;
+  for (const int32_t t : sequence) text += net.transitions[static_cast<size_t>(t)].name + "\n";
+  WriteAnswer(file, text);
+}
+
+int32_t StatusOf(Finding finding) {
+  switch (finding) {
+    case Finding::kDeadlockFree:
+      return kComplete;
+    case Finding::kDeadlock:
+      return kDeadlock;
+    case Finding::kUndecided:
+      break;
+  }
+  return kUndecided;
+}
+
+Answer AnswerAbout(const PetriNet& net, const CheckOptions& options, RunControl& control) {
+  Explained explained;
+  explained.verdict = Decide(net, {}, [&control](int64_t looked) {
+    control.SetCount(looked);
+    return control.Stop();
+  });
+  const Verdict& verdict = explained.verdict;
+  if (verdict.finding == Finding::kUndecided) explained.stopReason = control.Reason();
+  if (verdict.finding == Finding::kDeadlock) {
+    explained.obstacles = Obstacles(net, verdict.dead);
+    if (FeaturesOf(net).inhibitors == 0) {
+      explained.siphons = SiphonsAmong(net, ShortPlaces(net, verdict.dead), kMostSiphons,
+                                       [&control] { return control.Stop(); });
+    }
+    if (!options.trace.empty()) WriteTrace(options.trace, net, verdict.sequence);
+  }
+  return {TextOf(net, explained), JsonAnswer(net, explained), StatusOf(verdict.finding)};
 }
 
 }  // namespace
 
 void AddCheck(CLI::App& app, int32_t& status) {
-  const auto options = std::make_shared<QuestionOptions>();
+  const auto options = std::make_shared<CheckOptions>();
   CLI::App* const command = AddLongQuestion(
-      app, "check", "Tell whether every minimal siphon holds an initially marked trap", *options);
+      app, "check", "Tell whether a net can block: a proof, or the way into a deadlock", *options);
+  command
+      ->add_option("--trace", options->trace,
+                   "write the sequence into the deadlock to FILE, a transition a line; one NET only")
+      ->type_name("FILE");
   command->footer(
-      "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
-      "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
-  command->callback([options, &status] { status = AnswerEach(*options, "siphons", AnswerAbout); });
+      "Exit status: 0 deadlock-free, 10 deadlock, 11 undecided; 1 a net cannot be read or an answer not be "
+      "written, 2 wrong usage, 255 out of memory. With several nets, the greatest.");
+  command->callback([options, &status] {
+    if (!options->trace.empty() && options->nets.size() > 1) {
+      throw CLI::ValidationError("--trace", "takes one NET only");
+    }
+    status = AnswerEach(
+        *options, "markings and firings",
+        [&options](const PetriNet& net, RunControl& control) { return AnswerAbout(net, *options, control); });
+  });
 }
 
 }  // namespace siphons

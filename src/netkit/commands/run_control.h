@@ -16,6 +16,7 @@ class RunControl {
   RunControl(double seconds, std::string what, bool quiet = false);
 
   void Count() { ++count_; }
+  void SetCount(int64_t count) { count_ = count; }
 
   /// Keeps some of the time for what comes after the run: it is to stop that much earlier.
   void Reserve(double seconds) { reserved_ += seconds; }

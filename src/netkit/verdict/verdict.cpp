@@ -77,8 +77,13 @@ class Proof {
 
 class Decision {
  public:
-  Decision(const PetriNet& net, const VerdictLimits& limits, const std::function<bool()>& stop)
-      : net_(net), limits_(limits), stop_(stop), firingNet_(net), finder_(net), proofOver_(!limits.proof) {
+  Decision(const PetriNet& net, const VerdictLimits& limits, const StopQuestion& stop)
+      : net_(net),
+        limits_(limits),
+        stop_([this, &stop] { return stop(Looked()); }),
+        firingNet_(net),
+        finder_(net),
+        proofOver_(!limits.proof) {
     if (!firingNet_.Exact()) return;
     if (limits.walks) walks_.emplace(firingNet_);
     if (limits.breadthFirst) breadthFirst_.emplace(firingNet_, ExplorationOrder::kBreadthFirst);
@@ -101,6 +106,7 @@ class Decision {
       }
       if (!breadthFirst_ && !reduced_ && !walks_ && proofOver_) break;
     }
+    verdict_.firings = walks_ ? walks_->Firings() : 0;
     verdict_.reason = ReasonOfDoubt();
     return std::move(verdict_);
   }
@@ -126,6 +132,12 @@ class Decision {
         break;
     }
     return false;
+  }
+
+  /// Markings and firings looked at.
+  int64_t Looked() const {
+    return (breadthFirst_ ? breadthFirst_->Markings() : 0) + (reduced_ ? reduced_->Markings() : 0) +
+           (walks_ ? walks_->Firings() : 0);
   }
 
   bool Walk(int64_t firings) {
@@ -200,12 +212,12 @@ class Decision {
                    : "neither proof nor dead marking within the limits";
     if (tooLarge_) reason += "; numbers of tokens leave 64 bits";
     return reason + "; " + std::to_string(verdict_.markings) + " markings and " +
-           std::to_string(walks_ ? walks_->Firings() : 0) + " firings looked at";
+           std::to_string(verdict_.firings) + " firings looked at";
   }
 
   const PetriNet& net_;
   VerdictLimits limits_;
-  const std::function<bool()>& stop_;
+  std::function<bool()> stop_;
   FiringNet firingNet_;
   TrapFinder finder_;
   std::optional<Walks> walks_;
@@ -218,7 +230,7 @@ class Decision {
 
 }  // namespace
 
-Verdict Decide(const PetriNet& net, const VerdictLimits& limits, const std::function<bool()>& stop) {
+Verdict Decide(const PetriNet& net, const VerdictLimits& limits, const StopQuestion& stop) {
   return Decision(net, limits, stop).Run();
 }
 

@@ -55,7 +55,11 @@ struct VerdictLimits {
   bool proof = true, breadthFirst = true, reduced = true, walks = true;
 };
 
-/// Decides, unless `stop`, which is asked often and from another thread, too, ends it.
-Verdict Decide(const PetriNet& net, const VerdictLimits& limits, const std::function<bool()>& stop);
+/// Asked often, sometimes from another thread, with the number of markings and firings looked at until then;
+/// true ends the matter.
+using StopQuestion = std::function<bool(int64_t looked)>;
+
+/// Decides, unless `stop` ends it.
+Verdict Decide(const PetriNet& net, const VerdictLimits& limits, const StopQuestion& stop);
 
 }  // namespace siphons
