@@ -47,26 +47,28 @@ TEST(NetkitCheck, SaysWhyANetDoesNotBlock) {
   EXPECT_EQ(Check(EXAMPLES_DIRECTORY, "no_such_net").status, 1);
 }
 
-TEST(NetkitCheck, SaysWhatStandsInTheWay) {
-  const Outcome outcome = Check(NETKIT_DIRECTORY, "net");
-  EXPECT_EQ(outcome.status, 11);
-  EXPECT_EQ(outcome.out.rfind("undecided: enabling functions or marking-dependent arcs", 0), 0U)
-      << outcome.out;
-}
-
 /// A net that no line decides soon: only its priorities keep it from blocking, and its markings have no end.
 class Endless : public testing::Test {
  protected:
   Endless() {
-    WriteFile(
-        model_.path() / "net.PD",
-        "PLACES: 2\nTRANSITIONS: 2\nDEFINITION_PARAMETERS: 0\nREWARD_MEASURES: 0\n"
-        "PLACE a 1 0 0 0 0\nPLACE b 0 0 0 0 0\n"
-        "TRANSITION grow 1 SS IMM RE 1 0 0 0 0 0 0 0\nINPARCS 1\n 1 a 0\nOUTPARCS 2\n 1 a 0\n 1 b 0\n"
-        "INHARCS 0\nTRANSITION end 1 SS EXP RE 0 0 0 0 0 0 0 0\nINPARCS 1\n 1 a 0\nOUTPARCS 0\nINHARCS 0\n");
+    WriteFile(model_.path() / "net.PD", kNet + "INHARCS 0\n");
+    WriteFile(model_.path() / "unknown.PD", kNet + "INHARCS 0\nFUNCTION grow #b<3;\n");
   }
+  inline static const std::string kNet =
+      "PLACES: 2\nTRANSITIONS: 2\nDEFINITION_PARAMETERS: 0\nREWARD_MEASURES: 0\n"
+      "PLACE a 1 0 0 0 0\nPLACE b 0 0 0 0 0\n"
+      "TRANSITION grow 1 SS IMM RE 1 0 0 0 0 0 0 0\nINPARCS 1\n 1 a 0\nOUTPARCS 2\n 1 a 0\n 1 b 0\nINHARCS "
+      "0\n"
+      "TRANSITION end 1 SS EXP RE 0 0 0 0 0 0 0 0\nINPARCS 1\n 1 a 0\nOUTPARCS 0\n";
   TemporaryDirectory model_;
 };
+
+TEST_F(Endless, SaysWhatStandsInTheWay) {
+  const Outcome outcome = Check(model_.path(), "unknown");
+  EXPECT_EQ(outcome.status, 11) << outcome.err;
+  EXPECT_EQ(outcome.out.rfind("undecided: enabling functions or marking-dependent arcs", 0), 0U)
+      << outcome.out;
+}
 
 TEST_F(Endless, StopsAtTheTimeLimitAndWhenInterrupted) {
   const Outcome outcome = Check(model_.path(), "net --timeout 0.2 --json");

@@ -63,6 +63,7 @@ std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
     case Ground::kNone:
       break;
     case Ground::kTraps:
+      if (verdict.traps.empty()) return "no marking holds every transition up";
       if (FeaturesOf(net).None()) return "every siphon keeps a marked trap (Commoner's condition)";
       return TrapsOf(verdict) + " leave no marking that holds every transition up";
     case Ground::kEquation:
