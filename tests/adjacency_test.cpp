@@ -36,13 +36,13 @@ struct PlainTest {
 
   uint32_t Common(uint32_t a, uint32_t b) const {
     uint32_t common = 0;
-    for (uint32_t c = 0; c <= k; ++c) common += SatBit(a, c) || SatBit(b, c) ? 0U : 1U;
+    for (uint32_t c = 0; c <= k; ++c) common += IsUnsaturated(a, c) || IsUnsaturated(b, c) ? 0U : 1U;
     return common;
   }
   bool Counts(uint32_t a, uint32_t b) const { return Common(a, b) + 1 >= Dimension - 2; }
   bool Equal(uint32_t a, uint32_t b) const {
     for (uint32_t c = 0; c <= k; ++c) {
-      if (SatBit(a, c) != SatBit(b, c)) return false;
+      if (IsUnsaturated(a, c) != IsUnsaturated(b, c)) return false;
     }
     return true;
   }
@@ -50,7 +50,8 @@ struct PlainTest {
     for (uint32_t t = first; t < NbRay; ++t) {
       if (t == a || t == b || (byValue && (Equal(t, a) || Equal(t, b)))) continue;
       bool holds = true;
-      for (uint32_t c = 0; c <= k; ++c) holds = holds && (SatBit(a, c) || SatBit(b, c) || !SatBit(t, c));
+      for (uint32_t c = 0; c <= k; ++c)
+        holds = holds && (IsUnsaturated(a, c) || IsUnsaturated(b, c) || !IsUnsaturated(t, c));
       if (holds) return false;
     }
     return true;
@@ -146,7 +147,7 @@ TEST(AdjacencySearch, EqualsTheDefinition) {
     const PlainTest plain{first, k}, faulty{first, k, true};
     const auto betweenShared = [&](uint32_t a, uint32_t b) {
       for (uint32_t c = k + 1; c < due; ++c) {
-        if (!SatBit(a, c) && !SatBit(b, c)) return true;
+        if (!IsUnsaturated(a, c) && !IsUnsaturated(b, c)) return true;
       }
       return false;
     };
@@ -157,7 +158,7 @@ TEST(AdjacencySearch, EqualsTheDefinition) {
       for (uint32_t a = first; a < from; ++a) {
         std::vector<uint32_t> expected;
         for (uint32_t b = from; b < NbRay; ++b) {
-          if (!SatBit(b, due) || Dimension < 2 || !plain.Counts(a, b) || betweenShared(a, b)) continue;
+          if (!IsUnsaturated(b, due) || Dimension < 2 || !plain.Counts(a, b) || betweenShared(a, b)) continue;
           ++expectedTests;
           if (plain.Adjacent(a, b)) expected.push_back(b);
           faults += plain.Adjacent(a, b) != faulty.Adjacent(a, b) ? 1 : 0;

@@ -4,7 +4,7 @@
 
 #include "matrix/matrix.h"
 #include "net/memory.h"
-#include "solver/lists.h"
+#include "solver/uncalled.h"
 #include "tests/messages.h"
 
 namespace siphons {

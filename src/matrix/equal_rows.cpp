@@ -1,8 +1,9 @@
 // Removal of equal rows by hashing: one pass, the first of equal rows stays where it is.
+#include "matrix/equal_rows.h"
+
 #include <string_view>
 #include <unordered_set>
 
-#include "matrix/matrixProcs.h"
 #include "matrix/replace_rows.h"
 
 namespace siphons {

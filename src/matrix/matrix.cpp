@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "base/arithmetic.h"
 #include "base/out_of_memory.h"
 
 namespace siphons {
@@ -69,12 +68,6 @@ Matrix* ZeroMatrix(uint32_t rows, uint32_t columns) {
   return m;
 }
 
-Matrix* IdentityMat(uint32_t n) {
-  Matrix* m = ZeroMatrix(n, n);
-  for (uint32_t i = 0; i < n; ++i) m->p[i][i] = 1;
-  return m;
-}
-
 int32_t ResizeRows(Matrix** m, int32_t extra) {
   Matrix* const matrix = *m;
   const uint32_t rows = matrix->NbRows + static_cast<uint32_t>(extra);
@@ -104,17 +97,6 @@ Matrix* CopyMat(const Matrix* m) {
   Matrix* copy = BuildMat(m->NbRows, m->NbColumns);
   for (uint32_t r = 0; r < m->NbRows; ++r) std::copy_n(m->p[r], m->NbColumns, copy->p[r]);
   return copy;
-}
-
-int32_t SIZEOFMATI(const Matrix* m) {
-  if (m == nullptr) {
-    std::puts("size of matrix: NULL-pointer???");
-    return 0;
-  }
-  const int64_t row = 4 * int64_t{m->NbColumns} + 8;
-  const int32_t size = WrapAdd(WrapMul(WrapToInt32(row), WrapToInt32(m->NbRows)), 16);
-  std::printf("size of matrix: %i bytes\n", size);
-  return size;
 }
 
 }  // namespace siphons

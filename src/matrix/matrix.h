@@ -25,9 +25,6 @@ Matrix* BuildMat(uint32_t rows, uint32_t columns);
 /// New matrix, every entry 0. The caller owns it.
 Matrix* ZeroMatrix(uint32_t rows, uint32_t columns);
 
-/// New n x n matrix with 1 on the diagonal, n at least 1. The caller owns it.
-Matrix* IdentityMat(uint32_t n);
-
 /// Adds `extra` rows (not negative, entries not initialised) at the end; the record and the existing rows
 /// stay where they are. Returns 0, or 2 after "RESIZEROWS: no more memory available!" on standard output, the
 /// matrix unchanged.
@@ -41,10 +38,6 @@ void PartFreeMat(Matrix** m, uint32_t keep);
 
 /// New matrix with the same entries. The caller owns it.
 Matrix* CopyMat(const Matrix* m);
-
-/// Prints and returns the bytes that the matrix occupies by the formula (4 columns + 8) rows + 16; 0 for
-/// null.
-int32_t SIZEOFMATI(const Matrix* m);
 
 struct MatrixDeleter {
   void operator()(Matrix* m) const { FreeMat(m); }

@@ -7,11 +7,6 @@
 
 namespace siphons {
 
-Matrix* SwapCols(uint32_t i, uint32_t j, Matrix* m) {
-  for (uint32_t r = 0; r < m->NbRows; ++r) std::swap(m->p[r][i], m->p[r][j]);
-  return m;
-}
-
 Matrix* SwapRows(uint32_t i, uint32_t j, Matrix* m) {
   std::swap(m->p[i], m->p[j]);
   return m;
@@ -28,33 +23,8 @@ void CopyRow(Matrix* m, uint32_t source, uint32_t destination) {
   if (source != destination) std::copy_n(m->p[source], m->NbColumns, m->p[destination]);
 }
 
-Matrix* AddMultCol(uint32_t source, uint32_t destination, int32_t factor, const Matrix* m) {
-  Matrix* result = CopyMat(m);
-  for (uint32_t r = 0; r < result->NbRows; ++r) {
-    int32_t* row = result->p[r];
-    row[destination] = WrapAdd(row[destination], WrapMul(row[source], factor));
-  }
-  return result;
-}
-
 void RowOr(uint32_t a, uint32_t b, uint32_t destination, Matrix* m) {
   for (uint32_t k = 0; k < m->NbColumns; ++k) m->p[destination][k] = m->p[a][k] | m->p[b][k];
-}
-
-Matrix* ScalarCol(uint32_t column, int32_t factor, const Matrix* m) {
-  Matrix* result = CopyMat(m);
-  for (uint32_t r = 0; r < result->NbRows; ++r) {
-    result->p[r][column] = WrapMul(result->p[r][column], factor);
-  }
-  return result;
-}
-
-uint32_t RowSeek(const Matrix* m, uint32_t lastColumn, uint32_t first) {
-  for (uint32_t r = first; r < m->NbRows; ++r) {
-    const int32_t* row = m->p[r];
-    if (std::any_of(row, row + lastColumn + 1, [](int32_t entry) { return entry != 0; })) return r;
-  }
-  return std::max(first, m->NbRows);
 }
 
 Matrix* MultMat(const Matrix* a, const Matrix* b) {
@@ -81,14 +51,6 @@ Matrix* TransMat(const Matrix* a) {
     }
   }
   return transpose;
-}
-
-int32_t ISIN(uint32_t row, const Matrix* m, const Matrix* n) {
-  if (m->NbColumns != n->NbColumns) return -1;
-  for (uint32_t i = 0; i < n->NbRows; ++i) {
-    if (std::equal(n->p[i], n->p[i] + n->NbColumns, m->p[row])) return static_cast<int32_t>(i);
-  }
-  return -1;
 }
 
 }  // namespace siphons

@@ -5,6 +5,8 @@
 // these only with those filed under one of its own columns. Each is filed under the rarest of its columns, so
 // the lists stay short (Bayardo and Panda 2011). Supports are compared as bit rows, 64 columns at a time. The
 // result keeps the rows' order.
+#include "matrix/minimal_rows.h"
+
 #include <algorithm>
 #include <bit>
 #include <numeric>
@@ -12,7 +14,6 @@
 #include <unordered_map>
 #include <vector>
 
-#include "matrix/matrixProcs.h"
 #include "matrix/replace_rows.h"
 
 namespace siphons {

@@ -1,10 +1,10 @@
-// Removal of multiples and of zero rows. Multiples are found by comparing pairs, which is quadratic in the
-// rows; those are the rows of one inequality system.
-#include <algorithm>
+// Removal of multiples by comparing pairs. That is quadratic in the rows, which are those of one inequality
+// system.
+#include "matrix/row_elimination.h"
+
 #include <vector>
 
 #include "base/arithmetic.h"
-#include "matrix/matrixProcs.h"
 #include "matrix/replace_rows.h"
 
 namespace siphons {
@@ -44,17 +44,6 @@ void ElimSimpleConstraints(Matrix** m) {
     for (uint32_t j = i + 1; j < rows.NbRows; ++j) {
       if (IsMultiple(rows.p[j], rows.p[i], leading, rows.NbColumns)) removed[j] = true;
     }
-  }
-  ReplaceByRows(m, survivors);
-}
-
-void RemoveZeroRows(Matrix** m) {
-  const Matrix& rows = **m;
-  RowNumbers survivors;
-  for (uint32_t r = 0; r < rows.NbRows; ++r) {
-    const int32_t* row = rows.p[r];
-    if (std::any_of(row, row + rows.NbColumns, [](int32_t entry) { return entry != 0; }))
-      survivors.push_back(r);
   }
   ReplaceByRows(m, survivors);
 }

@@ -12,6 +12,7 @@
 #include "siphons/siphons.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/arithmetic.h"
 #include "matrix/matrixOps.h"
@@ -29,11 +30,11 @@ namespace {
 constexpr uint32_t kMaxRays = 100000000;
 constexpr int32_t kAtLeastZero = 1;  ///< kind of a row, in column 0: its linear form is at least 0
 
-/// The system: a row per transition, then a row x_p >= 0 per place. Column 1 + p holds the coefficient of
-/// place p, the last column the constant term, 0 throughout.
-Matrix* SiphonSystem(const Matrix& O, const Matrix& I) {
-  const uint32_t transitionCount = O.NbRows;
-  const uint32_t placeCount = O.NbColumns;
+/// The system: a row per transition, then a row x_p >= 0 per place, of as many as C has rows and columns.
+/// Column 1 + p holds the coefficient of place p, the last column the constant term, 0 throughout.
+Matrix* SiphonSystem(const Matrix& C, const Matrix& O, const Matrix& I) {
+  const uint32_t transitionCount = C.NbRows;
+  const uint32_t placeCount = C.NbColumns;
   Matrix* const system = ZeroMatrix(transitionCount + placeCount, placeCount + 2);
   for (uint32_t t = 0; t < transitionCount; ++t) {
     int32_t weight = 0;
@@ -68,7 +69,7 @@ uint32_t Siphons(const Matrix* M0, const Matrix* C, const Matrix* O, const Matri
   if (C->NbColumns == 0) return 0;
   if (C->NbRows == 0) return 1;
 
-  Matrix* system = SiphonSystem(*O, *I);
+  Matrix* system = SiphonSystem(*C, *O, *I);
   ElimEqualRows(&system);
   ElimSimpleConstraints(&system);
   SortRows(system);
@@ -77,10 +78,11 @@ uint32_t Siphons(const Matrix* M0, const Matrix* C, const Matrix* O, const Matri
   const OwnedMatrix rays(solution);
   FreeMat(system);
 
-  FreeMat(Siphon);
-  FreeMat(SiphonMarking);
-  Siphon = rayCount == 0 ? BuildMat(0, 0) : MinimalSupports(*rays);
-  SiphonMarking = MultMat(Siphon, M0);
+  // An earlier result goes only when the new one is there: where memory runs out in between, it stays whole.
+  OwnedMatrix found(rayCount == 0 ? BuildMat(0, 0) : MinimalSupports(*rays));
+  OwnedMatrix marking(MultMat(found.get(), M0));
+  FreeMat(std::exchange(Siphon, found.release()));
+  FreeMat(std::exchange(SiphonMarking, marking.release()));
   return Siphon->NbRows;
 }
 

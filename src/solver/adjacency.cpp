@@ -71,7 +71,7 @@ int32_t FileNewPair(uint32_t k, uint32_t parent, uint32_t newRay, ParentTests& t
   const uint32_t violator = a < b ? parent : newRay;
   const uint32_t satisfier = a < b ? newRay : parent;
   const int32_t due = std::min(a, b);
-  if (!SatBit(satisfier, static_cast<uint32_t>(due))) return 0;
+  if (!IsUnsaturated(satisfier, static_cast<uint32_t>(due))) return 0;
   if (CheckedLater(static_cast<int32_t>(k), due, violator, satisfier) != 0) return 0;
   return tests.Passes(violator, satisfier) ? FilePair(due, violator, satisfier) : 0;
 }

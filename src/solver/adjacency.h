@@ -2,8 +2,9 @@
 //
 // Two extreme rays are adjacent when no third ray saturates every constraint that both saturate (the
 // combinatorial test of Fukuda and Prodon 1996). A pair is filed under the first constraint that one of the
-// two violates, the violator first, provided that the other satisfies it strictly; only pairs of the faces
-// that change are ever tested.
+// two violates, provided that the other satisfies it strictly; the violating ray is the key, the other its
+// companion. After constraint k only two kinds of pairs are tested: a new ray with its positive parent, and
+// two rays that both saturate k.
 #pragma once
 
 #include <cstdint>
@@ -21,12 +22,12 @@ inline int32_t FirstViolated(uint32_t row) {
   return MinF->p[row][0];
 }
 
-// All return 0, or 1 when a pair could not be filed: no memory, or the constraint it belongs to is done. The
-// latter takes a wrapped sum.
-
 /// Called with every pair as it is filed, unless null: the constraint at which it combines and the numbers of
 /// its rays. Tests compare the order of pairs through it; the program leaves it null.
 extern void (*pairObserver)(int32_t constraint, uint32_t violator, uint32_t satisfier);
+
+// All return 0, or 1 when a pair could not be filed: because there is no memory, or because a sum wrapped and
+// the constraint that the pair belongs to has been processed.
 
 /// Files a pair under a constraint.
 int32_t FilePair(int32_t constraint, uint32_t violator, uint32_t satisfier);
@@ -35,8 +36,8 @@ int32_t FilePair(int32_t constraint, uint32_t violator, uint32_t satisfier);
 /// the index of the last basis constraint.
 int32_t FileFirstPairs(int32_t lastBasis);
 
-/// Files the pairs of each new ray of constraint k with its positive parent, from GenList; `moved` is by how
-/// many rows the new rays have come up since GenList was written.
+/// Files the pairs of each new ray of constraint k with its positive parent, from GenList. GenList names a
+/// new ray by the row in which it was made; it now stands `moved` rows before that.
 int32_t FilePairsWithParents(uint32_t k, uint32_t moved);
 
 /// Files the pairs among the rays from row `first` on, which all saturate constraint k and are ordered by

@@ -64,7 +64,7 @@ AdjacencySearch::AdjacencySearch(uint32_t first, uint32_t k, InstructionSet set)
 void AdjacencySearch::ChoosePartners(uint32_t from, uint32_t due) {
   partnerRows_.clear();
   for (const uint32_t offset : order_) {
-    if (first_ + offset >= from && SatBit(first_ + offset, due)) partnerRows_.push_back(offset);
+    if (first_ + offset >= from && IsUnsaturated(first_ + offset, due)) partnerRows_.push_back(offset);
   }
   partners_.Build(patterns_, partnerRows_);
   assert(partners_.UnionsHold());

@@ -1,12 +1,12 @@
-// Counting and masking saturation bits. Zero bits are looked up 16 at a time.
-#include "solver/sharedOps.h"
+// Zero bits are looked up 16 at a time.
+#include "solver/bit_rows.h"
+
 #include "solver/sharedVars.h"
 
 namespace siphons {
 
 void CreateLookUpMat() {
   constexpr uint32_t kHalfWords = 65536;
-  if (!LookUpMat.empty()) return;  // the same for every solve
   LookUpMat.assign(kHalfWords, 16);
   for (uint32_t v = 1; v < kHalfWords; ++v) LookUpMat[v] = LookUpMat[v >> 1] - (v & 1);
 }
@@ -18,9 +18,11 @@ uint32_t ZeroBits(uint32_t word) {
 void MaskConstraintsBetween(uint32_t k, uint32_t m) {
   const uint32_t first = WordOf(k);
   const uint32_t last = WordOf(m - 1);
-  for (uint32_t w = first; w <= last; ++w) BitRow2[w] = 0xFFFFFFFF;
-  BitRow2[first] &= BitOf(k) - 1;
-  BitRow2[last] &= ~(BitOf(m - 1) - 1);
+  for (uint32_t w = first; w <= last; ++w) {
+    BitRow2[w] = w == first ? BitOf(k) - 1 : 0xFFFFFFFF;  // behind k
+    BitRow3[w] = w == last ? BitOf(m - 1) - 1 : 0;        // from m on
+    BitRow2[w] ^= BitRow3[w];
+  }
 }
 
 bool SaturateCommonConstraint(uint32_t k, uint32_t m, uint32_t x, uint32_t y) {

@@ -47,7 +47,7 @@ void Start() {
                             [](const int32_t* row) { return row[Dimension] == 0; });
   solveCounts = {};
 
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow}) row->assign(nc, 0);
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &BitRow3, &AdjBitRow}) row->assign(nc, 0);
   CreateLookUpMat();
   NbLines = Init();
   NbRay = NbLines + 1;
@@ -81,7 +81,7 @@ void End() {
   GenList = nullptr;
   DelFreeList(FLR);
   FLR = nullptr;
-  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &AdjBitRow, &Border, &LookUpMat}) *row = {};
+  for (std::vector<uint32_t>* row : {&BitRow, &BitRow2, &BitRow3, &AdjBitRow, &Border, &LookUpMat}) *row = {};
   for (std::vector<int32_t>* row : {&raytemprow, &sattemprow, &minftemprow}) *row = {};
 }
 

@@ -1,14 +1,15 @@
 // Evaluation of constraints on rays.
 //
 // The rows of a siphon system are sparse (the row of x >= 0 has one entry), so a sum runs over the nonzero
-// coefficients only. It is taken in 64 bits, whose low 32 are the wrapped sum, and it is remembered when the
-// two differ. Gathering the coefficients costs one pass over the constraints per call.
+// coefficients only. It is taken in 64 bits; its low 32 bits are the value, and ArithmeticWrapped remembers a
+// sum that 32 bits do not hold. Gathering the coefficients costs one pass over the constraints per call.
+#include "solver/evaluation.h"
+
 #include <cstdlib>
 #include <span>
 #include <vector>
 
 #include "base/arithmetic.h"
-#include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
 
 namespace siphons {
@@ -21,8 +22,8 @@ struct Term {
   int32_t coefficient;
 };
 
-/// Appends the terms of a constraint. One whose values 64 bits may not hold counts as wrapped, whatever the
-/// rays are.
+/// Appends the terms of a constraint. Where the coefficients are so great that 64 bits may not hold a value,
+/// every value counts as wrapped: Value cannot tell it then.
 void AppendTerms(const int32_t* constraint, std::vector<Term>& terms) {
   constexpr uint64_t kMost = uint64_t{1} << 31;  // times a coordinate of at most 2^31
   uint64_t sum = 0;
@@ -34,7 +35,7 @@ void AppendTerms(const int32_t* constraint, std::vector<Term>& terms) {
   if (sum > kMost) ArithmeticWrapped = true;
 }
 
-/// The 32-bit value of a constraint on a ray; a value that is not exact is remembered.
+/// The 32-bit value of a constraint on a ray. Sets ArithmeticWrapped where that is not the exact value.
 int32_t Value(const int32_t* ray, std::span<const Term> terms) {
   uint64_t sum = 0;
   for (const auto& [column, coefficient] : terms) {
@@ -91,44 +92,6 @@ void EvalAllConstraints(uint32_t firstRay, int32_t firstConstraint, int32_t endC
       if (value != 0) bits[WordOf(c)] |= BitOf(c);
     });
   }
-}
-
-int32_t CheckForStartingVertex(uint32_t firstRay, int32_t firstConstraint, int32_t endConstraint) {
-  const SparseConstraints constraints(firstConstraint, endConstraint);
-  for (uint32_t r = firstRay; r < NbRay; ++r) {
-    const int32_t violated = constraints.FirstViolated(Ray->p[r], [](uint32_t, int32_t) {});
-    if (violated == maxMinF && Ray->p[r][Dimension] == 1) return static_cast<int32_t>(r);
-  }
-  return -1;
-}
-
-Matrix* BuildSat(const Matrix* rays) {
-  Matrix* const sat = ZeroMatrix(rays->NbRows, nc);
-  for (uint32_t c = 0; c < NbConstraints; ++c) {
-    std::vector<Term> terms;
-    AppendTerms(Constraints->p[c], terms);
-    for (uint32_t r = 0; r < rays->NbRows; ++r) {
-      if (Value(rays->p[r], terms) != 0) sat->p[r][WordOf(c)] |= static_cast<int32_t>(BitOf(c));
-    }
-  }
-  return sat;
-}
-
-void WriteStatus(const Matrix* sat, uint32_t first, uint32_t end, Matrix* status) {
-  for (uint32_t c = 0; c < NbConstraints; ++c) {
-    status->p[c][0] = 0;
-    for (uint32_t r = first; r < end; ++r) {
-      if ((static_cast<uint32_t>(sat->p[r][WordOf(c)]) & BitOf(c)) == 0) ++status->p[c][0];
-    }
-  }
-}
-
-void WriteStatusConstraints(Matrix* status) {
-  WriteStatus(Sat, 0, NbRay, status);
-}
-
-void WriteStatusConstraints2(Matrix* status) {
-  WriteStatus(Sat, NbLines, NbRay, status);
 }
 
 }  // namespace siphons

@@ -71,7 +71,7 @@ int32_t FileFirstPairs(int32_t lastBasis) {
       const uint32_t violator = firstViolates ? i : j;
       const uint32_t satisfier = firstViolates ? j : i;
       const int32_t due = FirstViolated(violator);
-      if (!SatBit(satisfier, static_cast<uint32_t>(due)) || !AdjacentAtStart(i, j)) continue;
+      if (!IsUnsaturated(satisfier, static_cast<uint32_t>(due)) || !AdjacentAtStart(i, j)) continue;
       if (CheckedLater(lastBasis, due, violator, satisfier) != 0) continue;
       if (FilePair(due, violator, satisfier) != 0) return 1;
     }

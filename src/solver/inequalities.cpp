@@ -11,11 +11,13 @@ namespace siphons {
 
 namespace {
 
-void FreeRays() {
+/// Releases the rays and lets go of the caller's system.
+void EndSolve() {
   FreeMat(Ray);
   FreeMat(Sat);
   Ray = nullptr;
   Sat = nullptr;
+  Constraints = nullptr;
 }
 
 }  // namespace
@@ -27,12 +29,12 @@ uint32_t SolveInequationSystem(Matrix** out, Matrix* constraints, uint32_t maxRa
   start_timer(kSolveTimer);
   if (Dual() != 0) {
     std::puts("an error occured");
-    FreeRays();
+    EndSolve();
     return 0;
   }
   const uint32_t count = CountRays(Ray);
   *out = ExtractRays(Ray, count);
-  FreeRays();
+  EndSolve();
   stop_timer(kSolveTimer);
   return count;
 }

@@ -9,18 +9,6 @@
 
 namespace siphons {
 
-namespace {
-
-/// a / b truncated, less 1 where the wrapped product says that the quotient is negative and not a whole
-/// number.
-int32_t RoundedDown(int32_t a, int32_t b) {
-  const int32_t q = TruncDiv(a, b);
-  const bool down = WrapMul(a, b) < 0 && (TruncRem(WrapAbs(a), WrapAbs(b)) != 0 || q == 0);
-  return down ? WrapSub(q, 1) : q;
-}
-
-}  // namespace
-
 int32_t Gcd(int32_t a, int32_t b) {
   while (a != 0) {
     const int32_t remainder = TruncRem(b, a);
@@ -44,22 +32,6 @@ void Vector_Normalize(int32_t* vector, uint32_t n) {
   for (uint32_t k = 1; k < n; ++k) vector[k] = TruncDiv(vector[k], g);
 }
 
-int32_t RSV(int32_t a, int32_t b) {
-  const int32_t x = WrapAbs(a);
-  const int32_t y = WrapAbs(b);
-  return x > y ? 1 : x == y ? 0 : -1;
-}
-
-int32_t INT(int32_t a, int32_t b) {
-  return RoundedDown(a, b);
-}
-
-int32_t NEAREST_INT(int32_t a, int32_t b) {
-  const int32_t q = RoundedDown(a, b);
-  const int32_t remainder = WrapSub(a, WrapMul(b, q));
-  return WrapAbs(WrapMul(2, remainder)) > WrapAbs(b) ? WrapAdd(q, 1) : q;
-}
-
 long double GGcd(long double a, long double b) {
   while (a != 0) {
     const long double remainder = std::fmod(static_cast<double>(b), static_cast<double>(a));
@@ -74,8 +46,9 @@ long double VGcd(const long double* vector, uint32_t n) {
   for (uint32_t k = 1; k < n && g != 1; ++k) {
     if (vector[k] == 0) continue;
     const long double element = WrapAbs(TruncateToInt32(vector[k]));
-    // The first divisor keeps its sign, and only 2^31 out of range has one: a row that holds nothing else is
-    // turned round by the division.
+    // The divisor starts with the sign of the first element's absolute value. That is negative for one case,
+    // an element beyond 32 bits, which is taken for -2147483648. If no other element follows, the divisor
+    // stays negative and the division reverses the sign of the element.
     g = g == 0 ? element : GGcd(g, element);
   }
   return g;

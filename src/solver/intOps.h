@@ -1,4 +1,4 @@
-// Greatest common divisors of integers and vectors, and roundings. Rays are kept divided by their greatest
+// Greatest common divisors of integers and vectors. Rays are kept divided by their greatest
 // common divisor: entries as small as the ray allows are what keeps row combinations inside 32 bits.
 //
 // Element 0 of a vector is a ray's status and never takes part: vectors are elements 1 to n - 1. Absolute
@@ -18,16 +18,6 @@ int32_t VectorGcd(const int32_t* vector, uint32_t n);
 
 /// Divides elements 1 to n - 1 by their greatest common divisor. Signs stay.
 void Vector_Normalize(int32_t* vector, uint32_t n);
-
-/// 1, 0 or -1: abs(a) is greater than, equal to or smaller than abs(b).
-int32_t RSV(int32_t a, int32_t b);
-
-/// a / b rounded down, b not 0, as long as a * b fits 32 bits: the sign of the quotient is read from the
-/// wrapped product.
-int32_t INT(int32_t a, int32_t b);
-
-/// a / b rounded to the nearest integer, halves down, under the same rule.
-int32_t NEAREST_INT(int32_t a, int32_t b);
 
 // The same for extended-precision numbers; every remainder is taken in double precision.
 

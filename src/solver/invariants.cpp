@@ -67,7 +67,7 @@ void CheckSaturation(uint32_t k) {
     for (uint32_t c = 0; c < NbConstraints && violated == maxMinF; ++c) {
       int64_t value = 0;
       if (!ExactValue(Ray->p[row], c, &value)) return;
-      assert(SatBit(row, c) == (value != 0));
+      assert(IsUnsaturated(row, c) == (value != 0));
       if (value < 0) violated = static_cast<int32_t>(c);
     }
     assert(violated > static_cast<int32_t>(k));

@@ -5,6 +5,7 @@
 // last is tried first, because the pairs of one ray come one after the other.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -1,8 +1,6 @@
 // Pair lists and the free list: making, reading and releasing them. Pairs are filed in store_pair.cpp.
 #include "solver/lists.h"
 
-#include <cstdio>
-#include <new>
 #include <utility>
 
 #include "solver/key_index.h"
@@ -27,49 +25,6 @@ void FreeLiList(LiList* list) {
 
 void FreeLiListElement(LLElement* element) {
   while (element != nullptr) delete std::exchange(element, element->next);
-}
-
-int32_t CreateLLElement(LLElement** last) {
-  try {
-    LLElement* const element = NewElement(0);
-    if (*last != nullptr) (*last)->next = element;
-    *last = element;
-    return 0;
-  } catch (const std::bad_alloc&) {
-    std::puts(kNoMemory);
-    return 2;
-  }
-}
-
-void ScanList(const LiList* list, uint32_t* nbKeys, uint32_t* nbValues) {
-  *nbKeys = 0;
-  *nbValues = 0;
-  for (const LiList* block = list; block != nullptr; block = block->next) *nbKeys += block->nbKeys;
-  ForEachPair(list, [&](uint32_t, uint32_t) {
-    ++*nbValues;
-    return 0;
-  });
-}
-
-void printLiList(const LiList* list) {
-  std::puts("************DISPLAYLIST***********");
-  uint32_t keys = 0;
-  for (const LiList* block = list; block != nullptr; block = block->next) {
-    for (uint32_t i = 0; i < block->nbKeys; ++i) {
-      std::printf("Row number %i ", static_cast<int32_t>(block->keys[i]));
-      std::puts("is adjacent to rows");
-      printLiListElement(block->chains[i]);
-    }
-    keys += block->nbKeys;
-  }
-  std::printf("*********%i ELEMENTS***********\n", static_cast<int32_t>(keys));
-}
-
-void printLiListElement(const LLElement* element) {
-  for (; element != nullptr; element = element->next) {
-    for (const uint32_t companion : element->values) std::printf(" %i ", static_cast<int32_t>(companion));
-  }
-  std::puts("");
 }
 
 FreeListBlock* InitFreeList() {

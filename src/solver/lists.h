@@ -1,8 +1,10 @@
-// Two containers of plain 32-bit numbers, chained blocks both.
+// Two containers of plain 32-bit numbers: the pair list and the free list. Each is a chain of blocks.
 //
-// A pair list (LiList) files numbers, the companions, under key numbers. Keys stay in the order of their
-// first insertion and companions in the order in which they came; the solver combines pairs in exactly this
-// order. The free list keeps released numbers and hands them out first in, first out.
+// A pair list (LiList) files numbers, the companions, under other numbers, the keys. Keys stay in the order
+// in which they were first filed, and the companions of a key in the order in which they were; the solver
+// combines pairs in exactly this order. A hard net has up to 28,000 keys in one list, most of them with one
+// to four companions (sharedVars.h). The free list keeps released numbers and hands them out first in, first
+// out.
 #pragma once
 
 #include <array>
@@ -15,9 +17,9 @@ inline constexpr uint32_t kBlockKeys = 10;
 inline constexpr uint32_t kElementValues = 1000;
 inline constexpr uint32_t kFreeBlockRows = 10000;
 
-/// One link of the companion chain of a key: 1 to kElementValues companions. The chain owns its links.
+/// One link of the companion chain of a key. The chain owns its links.
 struct LLElement {
-  std::vector<uint32_t> values;
+  std::vector<uint32_t> values;  ///< 1 to kElementValues companions; their number is its size
   LLElement* next;
 };
 
@@ -45,17 +47,6 @@ void FreeLiList(LiList* list);
 /// Releases a chain from this element on; null is ignored.
 void FreeLiListElement(LLElement* element);
 
-/// Allocates an element of one companion (0), links it behind *last when that is not null and makes it *last.
-/// Returns 0, or 2 after the message of StorePair.
-int32_t CreateLLElement(LLElement** last);
-
-/// Counts keys and companions.
-void ScanList(const LiList* list, uint32_t* nbKeys, uint32_t* nbValues);
-
-/// Print a list (null counts as empty) or a chain on standard output.
-void printLiList(const LiList* list);
-void printLiListElement(const LLElement* element);
-
 /// Calls visit(key, companion) for every pair in the list's order until it returns nonzero; returns that, or
 /// 0.
 template <typename Visit>
@@ -79,7 +70,8 @@ struct FreeListBlock {
   FreeListBlock* next;
 };
 
-// Whether the free list is empty stands in a flag of the caller's, 1 at the start: the operations keep it.
+// Whether the free list is empty is not stored in it. The caller keeps a flag, 1 for empty as it is at the
+// start, and the operations set it.
 
 /// A free list of one empty block; the caller owns it.
 FreeListBlock* InitFreeList();

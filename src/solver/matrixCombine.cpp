@@ -1,10 +1,11 @@
 // Row combination with overflow control.
 //
-// The integer pass tests every product and no sum: a sum that leaves 32 bits wraps, silently, and the report
-// may then be wrong (ArithmeticWrapped remembers it for the invariant checks). At the first product that
-// overflows the whole row is done again in extended precision, from the rows as they then are: where the
-// destination is a source, the columns before the overflow already hold this pass's sums. Rows whose true
-// entries fit are the normal case and cost one 64-bit product per entry.
+// The integer pass tests every product and no sum. A sum that leaves 32 bits wraps without a message, and the
+// report may then be wrong; ArithmeticWrapped remembers it, and the solver relies less on its mathematics
+// from then on. At the first product that overflows, the whole row is done again in extended precision, from
+// the rows as they are at that moment: where the destination is one of the sources, its columns before the
+// overflow already hold sums of the integer pass. Rows whose true entries fit are the normal case and cost
+// one 64-bit product per entry.
 #include "solver/matrixCombine.h"
 
 #include <cstdio>
@@ -61,14 +62,14 @@ int32_t CombineRow(uint32_t a, uint32_t b, uint32_t destination, int32_t fa, int
       return CombineRowFloat(a, b, destination, fa, fb, m) != 0 ? 1 : 0;
     }
     const int64_t sum = int64_t{x} * fa + int64_t{y} * fb;
-    // The lowest number has no absolute value, so dividing a row by its greatest common divisor may turn it
-    // round.
+    // The absolute value of the lowest number is negative. A greatest common divisor made of it alone is
+    // negative as well, and the division then reverses the signs of the row.
     wrapped = wrapped || !FitsInt32(sum) || sum == std::numeric_limits<int32_t>::min();
     result[k] = WrapToInt32(sum);
   }
   if (wrapped) ArithmeticWrapped = true;
   Vector_Normalize(result, m->NbColumns);
-  result[0] = 0;
+  if (m->NbColumns > 0) result[0] = 0;
   return 0;
 }
 
@@ -97,7 +98,7 @@ int32_t CombineRowFloat(uint32_t a, uint32_t b, uint32_t destination, int32_t fa
     }
     result[k] = entry;
   }
-  result[0] = 0;
+  if (n > 0) result[0] = 0;
   return 0;
 }
 

@@ -2,6 +2,8 @@
 // current constraint and one that satisfies it strictly, the positive combination that saturates it. What the
 // new ray does not saturate among the earlier constraints is what either parent does not saturate, so its
 // saturation row needs no evaluation there; that holds as long as the arithmetic is exact.
+#include "solver/new_rays.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
@@ -11,14 +13,14 @@
 #include "solver/index.h"
 #include "solver/intOps.h"
 #include "solver/matrixCombine.h"
-#include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
 
 namespace siphons {
 
 namespace {
 
-/// A failed growth is remembered for good: every later one reports failure, too.
+/// Whether memory for more rays was ever refused. It is never reset: a process that was once out of memory
+/// fails every later solve that needs more rows, instead of coming to its limit again and again.
 bool growthFailed = false;
 
 bool GrowRays() {
@@ -93,12 +95,6 @@ int32_t ObtainNewRays(const LiList* list) {
     }
   }
   return kNewRaysMade;
-}
-
-Matrix* AddLines(const Matrix* m, uint32_t n) {
-  Matrix* const longer = ZeroMatrix(m->NbRows + n, m->NbColumns);
-  for (uint32_t r = 0; r < m->NbRows; ++r) std::copy_n(m->p[r], m->NbColumns, longer->p[r]);
-  return longer;
 }
 
 }  // namespace siphons

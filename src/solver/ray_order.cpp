@@ -2,12 +2,14 @@
 // since a pair combines at the violator's; inside a group those that saturate many constraints come first.
 // Both orders use QuickSort on a (key, row) table, whose treatment of equal keys decides where rays end up
 // and so the order of the report; the rays then follow the table.
+#include "solver/ray_order.h"
+
 #include <vector>
 
 #include "matrix/matrixOps.h"
 #include "matrix/matrixProcs.h"
+#include "solver/bit_rows.h"
 #include "solver/index.h"
-#include "solver/sharedOps.h"
 #include "solver/sharedVars.h"
 
 namespace siphons {
@@ -82,12 +84,6 @@ int32_t GetBorder(int32_t m) {
     if (row != kNoRow) return static_cast<int32_t>(row);
   }
   return -1;
-}
-
-int32_t GetUpperBound() {
-  int32_t m = maxMinF;
-  while (m >= 0 && Border[static_cast<uint32_t>(m)] == kNoRow) --m;
-  return m;
 }
 
 }  // namespace siphons

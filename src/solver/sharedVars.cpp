@@ -30,6 +30,7 @@ std::vector<uint32_t> LookUpMat;
 std::vector<uint32_t> Border;
 std::vector<uint32_t> BitRow;
 std::vector<uint32_t> BitRow2;
+std::vector<uint32_t> BitRow3;
 std::vector<uint32_t> AdjBitRow;
 
 uint32_t WCount = 0, BCount = 0;

@@ -1,5 +1,11 @@
 // The state of one solve, shared by the solver's modules.
 //
+// How large it gets, on three nets of 16 to 26 places and 19 to 24 transitions (bench/nets: conserving_16,
+// s3pr_3_4, s4pr_5_6): 39 to 46 constraints, so a saturation row has two words; rays of 17 to 27 coordinates,
+// 65,000 to 226,000 of them at the end; 135,000 to 271,000 pairs filed, under 18 to 20 of the constraints.
+// The pair list of such a constraint has some hundred keys as a rule and up to 28,000; a key has two to four
+// companions as a rule, 99 of 100 keys have at most 13, and the longest chain has 31,000.
+//
 // Rays are rows of Ray: entry 0 is the status, the value of the constraint being processed; entries 1 to
 // Dimension are the coordinates, divided by their greatest common divisor, the last of them the homogenising
 // one. The first NbLines rows are lines (two-sided), the rows up to NbRay - 1 are rays, the rest is spare.
@@ -20,7 +26,8 @@
 
 namespace siphons {
 
-extern Matrix* Constraints;  ///< the system; rows are reordered in place, owned by the caller of the solver
+/// The system, owned by the caller of the solver; its rows are reordered in place. Null between solves.
+extern Matrix* Constraints;
 extern uint32_t NbConstraints;
 extern uint32_t Dimension;  ///< coordinates of a ray
 extern int32_t maxMinF;     ///< NbConstraints: the MinF of a ray that violates no remaining constraint
@@ -28,13 +35,15 @@ extern uint32_t nc;         ///< words of a saturation row
 
 extern Matrix* Ray;  ///< released by SolveInequationSystem
 extern Matrix* Sat;  ///< released by SolveInequationSystem
-/// Column 0: the first constraint from the current one on that the ray violates; 1: scratch of the sort.
+/// Column 0: the first constraint from the current one on that the ray violates; 1: scratch of the sort. The
+/// sort keeps the inverse of its permutation in a vector and not in further columns.
 extern Matrix* MinF;
 extern uint32_t NbRay;
 extern uint32_t NbLines;
 extern uint32_t OldRays;    ///< progress mark: NbRay when it last was more than 1000 away
 extern uint32_t NbMaxRays;  ///< bound of NbRay, kept between solves
 
+// The index tables have one column.
 extern Matrix* IndexLR;     ///< row of the ray with this number, or kNoNumber
 extern uint32_t NbIndexLR;  ///< numbers handed out from the end
 extern Matrix* IndexRL;     ///< number of the ray in this row, or kNoNumber
@@ -47,10 +56,11 @@ extern std::vector<LiList*> LiListArray;
 /// New rays of the current constraint by the row of their positive parent.
 extern LiList* GenList;
 
-extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each 16-bit value
+extern std::vector<uint32_t> LookUpMat;  ///< number of zero bits of each of the 65,536 16-bit values
 extern std::vector<uint32_t> Border;     ///< first row of the sorted region with this MinF, or kNoRow
 extern std::vector<uint32_t> BitRow;     ///< work row of the first adjacency sweep
 extern std::vector<uint32_t> BitRow2;    ///< mask of the constraints between two others
+extern std::vector<uint32_t> BitRow3;    ///< the constraints from the second of the two on, to make the mask
 extern std::vector<uint32_t> AdjBitRow;  ///< what either row of a tested pair does not saturate
 
 extern uint32_t WCount, BCount;        ///< word and mask of the current constraint k
@@ -61,7 +71,7 @@ extern uint32_t TTEST;  ///< first row with which a pair is compared: 0, or wher
 extern std::vector<int32_t> raytemprow, sattemprow, minftemprow;  ///< scratch for exchanging rows
 
 // Counters, kept between solves.
-extern int32_t adjcounter;    ///< full adjacency tests of new rays with their parents
+extern int32_t adjcounter;    ///< pairs of a new ray and its positive parent that were tested
 extern int32_t redcounter;    ///< of these, pairs found not adjacent
 extern int32_t quickcounter;  ///< of these, pairs rejected by the quick test
 extern int32_t checkedlater;  ///< pairs deferred by CheckedLater
@@ -74,8 +84,8 @@ struct SolveCounts {
 };
 extern SolveCounts solveCounts;
 
-/// Whether any sum of the solve left 32 bits or any product had to be repeated in extended precision. What
-/// rests on exact arithmetic (saturation bits that agree with the coordinates, for one) then need not hold.
+/// Whether any sum of the solve left 32 bits, or any row had to be combined in extended precision. What rests
+/// on exact arithmetic then need not hold, for example that the saturation bits agree with the coordinates.
 extern bool ArithmeticWrapped;
 
 /// Whether no constraint of the solve has a constant term. With one, the ray of the starting cone leaves the
@@ -108,7 +118,8 @@ inline uint32_t* SatWords(uint32_t row) {
   return reinterpret_cast<uint32_t*>(Sat->p[row]);
 }
 
-inline bool SatBit(uint32_t row, uint32_t constraint) {
+/// Whether the Sat bit is set: the ray of the row was evaluated at the constraint and does not saturate it.
+inline bool IsUnsaturated(uint32_t row, uint32_t constraint) {
   return (SatWords(row)[WordOf(constraint)] & BitOf(constraint)) != 0;
 }
 
