@@ -94,7 +94,7 @@ std::vector<Command> Commands(const std::string& document) {
 
 /// Without trailing blanks, which editors remove, and without the values of times.
 std::string Comparable(std::string line) {
-  static const std::regex time(" +[0-9]+\\.[0-9]+ s\\b");
+  static const std::regex time(R"( +[0-9]+\.[0-9]+ s\b)");
   line.erase(line.find_last_not_of(" \t") + 1);
   return std::regex_replace(line, time, " <time> s");
 }
@@ -227,11 +227,11 @@ bool IsUnderstood(const std::string& command) {
 
 /// What the running text of a document names, and how its blocks are fenced.
 void ExpectNamed(const std::string& document) {
-  static const std::regex code("`([^`]+)`"), link("\\]\\(([^)#:]+)(#[^)]*)?\\)");
+  static const std::regex code("`([^`]+)`"), link(R"(\]\(([^)#:]+)(#[^)]*)?\))");
   static const std::regex path(
-      "(src|tests|docs|bench|fuzz|scripts|examples|cmake|\\.ci)/[A-Za-z0-9_.,*{}/-]*");
-  static const std::regex word("[A-Za-z0-9_]+\\.(cpp|h|py)|[A-Z][a-z]+[A-Z][A-Za-z]*");
-  static const std::regex prompt(" *\\$ .*"), target("(sudo )?make( [a-zA-Z-]+)?( .*)?");
+      R"((src|tests|docs|bench|fuzz|scripts|examples|cmake|\.ci)/[A-Za-z0-9_.,*{}/-]*)");
+  static const std::regex word(R"([A-Za-z0-9_]+\.(cpp|h|py)|[A-Z][a-z]+[A-Z][A-Za-z]*)");
+  static const std::regex prompt(R"( *\$ .*)"), target("(sudo )?make( [a-zA-Z-]+)?( .*)?");
   const fs::path directory = (kRoot / document).parent_path();
   for (const Block& block : Blocks(document)) {
     const std::string where = document + ":" + std::to_string(block.line) + ": ";
@@ -266,7 +266,7 @@ TEST(Documentation, NamesWhatThereIs) {
 
 /// Folders of src/ by the table of docs/architecture.md, each with those that it may include.
 std::map<std::string, std::set<std::string>> IncludeTable() {
-  static const std::regex row("\\| `src/([a-z/]+)/` \\|[^|]*\\|([^|]*)\\|"), folder("`([a-z/]+)/`");
+  static const std::regex row(R"(\| `src/([a-z/]+)/` \|[^|]*\|([^|]*)\|)"), folder("`([a-z/]+)/`");
   std::map<std::string, std::set<std::string>> table;
   for (const std::string& line : Lines(ReadFile(kRoot / "docs" / "architecture.md").value())) {
     std::smatch cells;
@@ -281,7 +281,7 @@ std::map<std::string, std::set<std::string>> IncludeTable() {
 }
 
 TEST(Documentation, IncludesAreThoseOfTheArchitecture) {
-  static const std::regex include("#include \"([a-zA-Z_/]+)/[a-zA-Z_]+\\.h\"");
+  static const std::regex include(R"(#include "([a-zA-Z_/]+)/[a-zA-Z_]+\.h")");
   const std::map<std::string, std::set<std::string>> table = IncludeTable();
   EXPECT_GE(table.size(), 11u);
   int includes = 0;
