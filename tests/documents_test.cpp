@@ -320,7 +320,7 @@ TEST(ManyNets, HaveTheReportsOfSingleRuns) {
   int recipes = 0;
   for (const Command& command : Commands("docs/batch.md")) {
     commands.push_back(command);
-    static const std::regex recipe("[^]*(parallel [^]*[ ]siphons|sbatch) [^]*");
+    static const std::regex recipe(R"([^]*(parallel [^]*MODELDIR=\. siphons|sbatch) [^]*)");
     if (!std::regex_match(command.text, recipe)) continue;
     const std::string kept = "recipe" + std::to_string(++recipes);
     commands.push_back({command.line + 1000, "mkdir " + kept + " && mv *.siphons " + kept, {}});
