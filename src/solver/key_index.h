@@ -15,7 +15,7 @@ namespace siphons {
 
 class KeyIndex {
  public:
-  explicit KeyIndex(LiList* list) : lastBlock(list) {}
+  explicit KeyIndex(LiList* list) : lastBlock_(list) {}
 
   /// Where the last element of a key's chain stands, or null for a key that is not there. The place is valid
   /// until the next Add.
@@ -27,7 +27,8 @@ class KeyIndex {
   /// Adds a key that is not there, after Reserve.
   void Add(uint32_t key, LLElement* tail);
 
-  LiList* lastBlock;
+  /// The last block of the list, which AppendKey fills; it may be set to the one behind.
+  LiList*& LastBlock() { return lastBlock_; }
 
  private:
   struct Entry {
@@ -36,6 +37,7 @@ class KeyIndex {
   };
   size_t EntryOf(uint32_t key) const;
 
+  LiList* lastBlock_;
   std::vector<Entry> entries_;  ///< a power of two of them, or none
   size_t keys_ = 0;
   size_t last_ = 0;  ///< entry of the key that was looked for last

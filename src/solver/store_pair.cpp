@@ -46,17 +46,17 @@ void AppendKey(LiList* list, uint32_t key, uint32_t companion) {
   KeyIndex& index = *list->index;
   index.Reserve();
   LLElement* const element = NewElement(companion);
-  if (index.lastBlock->nbKeys == kBlockKeys) {
+  if (index.LastBlock()->nbKeys == kBlockKeys) {
     try {
-      index.lastBlock->next = CreateLiList();
+      index.LastBlock()->next = CreateLiList();
     } catch (...) {
       delete element;
       throw;
     }
-    index.lastBlock = index.lastBlock->next;
+    index.LastBlock() = index.LastBlock()->next;
   }
   index.Add(key, element);
-  LiList& block = *index.lastBlock;
+  LiList& block = *index.LastBlock();
   block.keys[block.nbKeys] = key;
   block.chains[block.nbKeys] = element;
   ++block.nbKeys;
