@@ -6,11 +6,11 @@ JOBS := $(shell nproc 2>/dev/null || echo 1)
 
 .PHONY: all run install package check-package test asan bench fuzz coverage lint format format-check clean
 
-# Both programs, optimised, without tests.
+# Both programs, optimised, without tests, and what netkit says of itself.
 all: build/release/CMakeCache.txt
-	@cmake --build --preset release -j $(JOBS) --target siphons netkit -- --no-print-directory
+	@cmake --build --preset release -j $(JOBS) --target siphons described_by_netkit -- --no-print-directory
 
-# Installs them, their man pages, documents and examples.
+# Installs them, their man pages, documents, examples and completions.
 PREFIX = /usr/local
 DESTDIR =
 install: all

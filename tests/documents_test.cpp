@@ -257,7 +257,7 @@ void ExpectNamed(const std::string& document) {
 }
 
 TEST(Documentation, ShowsWhatItsCommandsGive) {
-  for (const std::string& document : FilesOfTree({".md", ".1", ".5"})) ExpectShown(document);
+  for (const std::string& document : FilesOfTree({".md", ".1", ".5", ".in"})) ExpectShown(document);
 }
 
 TEST(Documentation, NamesWhatThereIs) {

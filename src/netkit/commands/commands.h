@@ -16,4 +16,8 @@ void AddCheck(CLI::App& app, int32_t& status);
 /// list, structure and pmf, which show the tables of the report program and read a net with its loader.
 void AddTables(CLI::App& app, int32_t& status);
 
+/// completion and manual, which describe all of `app` to a shell and to a reader.
+void AddCompletion(CLI::App& app, int32_t& status);
+void AddManual(CLI::App& app, int32_t& status);
+
 }  // namespace siphons

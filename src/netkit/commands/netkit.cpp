@@ -59,7 +59,7 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   app.require_subcommand(1);
   int32_t status = kComplete;
   for (const bool traps : {false, true}) AddMinimalSets(app, traps, status);
-  for (const auto add : {AddCheck, AddTables}) add(app, status);
+  for (const auto add : {AddCheck, AddTables, AddCompletion, AddManual}) add(app, status);
 
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   if (const std::string fault = FaultOfSubcommand(app, arguments); !fault.empty()) {

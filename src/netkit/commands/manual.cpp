@@ -1,0 +1,56 @@
+// netkit manual: the part of netkit's man page that lists subcommands and options, in mdoc. It is made from
+// the description of the command line that also parses it, so the page cannot lack an option; what needs more
+// words than --help has stands in docs/man/netkit.1.in, into which the build puts this part.
+#include "netkit/commands/answers.h"
+#include "netkit/commands/commands.h"
+#include "netkit/commands/described_options.h"
+
+namespace siphons {
+
+namespace {
+
+/// A text as the words of mdoc's running text, as whole sentences, each on a line of its own.
+std::string Sentences(std::string text) {
+  if (text.empty()) return "";
+  text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+  if (text.back() != '.') text += '.';
+  std::string lines;
+  bool begins = true;  // a line, where dots and quotes would begin a macro
+  for (const char c : text) {
+    if (begins && (c == '.' || c == '\'')) lines += "\\&";
+    lines += c == '\\' ? "\\e" : std::string(1, c);
+    begins = c == '\n';
+  }
+  return lines + "\n";
+}
+
+/// The names and the value of an option as the words of an item.
+std::string ItemOf(const DescribedOption& option) {
+  std::string item;
+  for (const std::string& name : option.names) item += (item.empty() ? "Fl " : " , Fl ") + name.substr(1);
+  if (!option.value.empty()) item += (item.empty() ? "Ar " : " Ar ") + option.value;
+  return item;
+}
+
+std::string Manual(const CLI::App& app) {
+  std::string text = ".Sh SUBCOMMANDS\n";
+  for (const CLI::App* command : CommandsOf(app)) {
+    text += ".Ss " + command->get_name() + "\n" + Sentences(command->get_description());
+    text += ".Bl -tag -width Ds\n";
+    for (const DescribedOption& option : OptionsOf(*command)) {
+      text += ".It " + ItemOf(option) + "\n" + Sentences(option.description);
+    }
+    text += ".El\n";
+    if (!command->get_footer().empty()) text += ".Pp\n" + Sentences(command->get_footer());
+  }
+  return text;
+}
+
+}  // namespace
+
+void AddManual(CLI::App& app, int32_t&) {
+  app.add_subcommand("manual", "Write the part of this man page that lists subcommands and options")
+      ->callback([&app] { WriteAnswer("", Manual(app)); });
+}
+
+}  // namespace siphons
