@@ -36,9 +36,15 @@ std::string MarkingLine(const PetriNet& net, const PlaceList& set) {
 }
 
 Json JsonOf(const PetriNet& net, const PlaceList& set) {
-  Json names = Json::array();
-  for (const int32_t p : set) names.push_back(net.places[static_cast<size_t>(p)].name);
-  return {{"places", std::move(names)}, {"tokens", TokensOf(net, set)}};
+  Json names = Json::array(), ids = Json::array();
+  for (const int32_t p : set) {
+    names.push_back(net.places[static_cast<size_t>(p)].name);
+    ids.push_back(net.places[static_cast<size_t>(p)].id);
+  }
+  Json json = {{"places", std::move(names)}};
+  if (!net.places.empty() && !net.places[0].id.empty()) json["ids"] = std::move(ids);
+  json["tokens"] = TokensOf(net, set);
+  return json;
 }
 
 Json JsonOf(const Diagnostics& diagnostics) {

@@ -25,7 +25,7 @@ int64_t TokensOf(const PetriNet& net, const PlaceList& set);
 /// "MARKING: <tokens> { <names> }", as in the report of `siphons`, but every name as it is.
 std::string MarkingLine(const PetriNet& net, const PlaceList& set);
 
-/// Places (names) and tokens of a set.
+/// Places (names, and ids where the file has them) and tokens of a set.
 Json JsonOf(const PetriNet& net, const PlaceList& set);
 
 /// Errors and warnings, each with its place in the file.

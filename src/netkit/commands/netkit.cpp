@@ -52,14 +52,17 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   IgnoreFileSizeSignal();
   CLI::App app(
       "Minimal siphons and traps, deadlocks, and the structure of stochastic Petri nets.\n"
-      "A NET is a file (.PD), - for standard input, or a bare name: NET.PD in the directory that the "
+      "A NET is a file (.PD, .pnml, .pnml.gz), - for standard input, or a bare name: NET.PD in the directory "
+      "that the "
       "environment variable MODELDIR names, or in the current one.",
       "netkit");
   app.set_version_flag("--version", "netkit " NETKIT_VERSION);
   app.require_subcommand(1);
   int32_t status = kComplete;
   for (const bool traps : {false, true}) AddMinimalSets(app, traps, status);
-  for (const auto add : {AddCheck, AddTables, AddCompletion, AddManual}) add(app, status);
+  for (const auto add : {AddCheck, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
+    add(app, status);
+  }
 
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   if (const std::string fault = FaultOfSubcommand(app, arguments); !fault.empty()) {

@@ -6,11 +6,20 @@
 #include <cstdlib>
 #include <utility>
 
-#include "netkit/formats/net_file.h"
+#include "netkit/commands/lenient_reader.h"
 
 namespace siphons {
 
 namespace {
+
+/// Reads the net strictly, or a .PD file as the report program's loader does.
+NetReading ReadAs(const std::string& net, bool lenient) {
+  const std::string path = net == "-" ? "" : FindNet(net);
+  if (!lenient || path.ends_with(".pnml") || path.ends_with(".gz")) return ReadNet(net);
+  NetReading reading{std::nullopt, Diagnostics(path.empty() ? "<standard input>" : path)};
+  reading.net = ReadLeniently(path, reading.diagnostics);
+  return reading;
+}
 
 /// The answers on their way out: at once to standard output, all together to a file.
 class AnswerWriter {
@@ -22,6 +31,7 @@ class AnswerWriter {
     std::string text;
     if (options_.json) {
       Json whole = {{"version", kAnswerVersion}, {"net", net}};
+      if (options_.lenient) whole["lenient"] = true;
       whole.update(answer.json);
       text = JsonLine(whole);
     } else {
@@ -74,18 +84,25 @@ std::string FaultOfCount(const std::string& text) {
              : "a positive decimal number is wanted";
 }
 
+void AddCommonFlags(CLI::App& command, QuestionOptions& options) {
+  command.add_flag("--json", options.json, "answer as JSON, a line for each net");
+  command.add_flag("-q,--quiet", options.quiet, "write nothing to standard output: the exit status tells");
+  command.add_flag("--lenient", options.lenient,
+                   "read .PD files as siphons does, which takes damaged files for nets");
+}
+
 CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
                       QuestionOptions& options) {
   CLI::App* const command = app.add_subcommand(name, description);
   command
       ->add_option(
           "NET", options.nets,
-          "file (.PD), - for standard input, or a bare name: NET.PD in MODELDIR or here; one or more")
+          "file (.PD, .pnml, .pnml.gz), - for standard input, or a bare name: NET.PD in MODELDIR or here; "
+          "one or more")
       ->required();
-  command->add_flag("--json", options.json, "answer as JSON, a line for each net");
   command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
       ->type_name("FILE");
-  command->add_flag("-q,--quiet", options.quiet, "write nothing to standard output: the exit status tells");
+  AddCommonFlags(*command, options);
   return command;
 }
 
@@ -104,7 +121,7 @@ int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
   std::string lastWords;
   for (const std::string& net : options.nets) {
     RunControl control(options.timeout, counted, options.quiet);
-    const NetReading reading = ReadNet(net);
+    const NetReading reading = ReadAs(net, options.lenient);
     if (!reading.net) {
       writer.Fail(net, reading.diagnostics.Text(), JsonOf(reading.diagnostics), kFailure);
       continue;
@@ -116,12 +133,24 @@ int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
       lastWords += control.LastWords(options.output);
     } catch (const WrongUsage& usage) {
       writer.Fail(net, usage.message + "\n", Json::array(), kUsage);
+    } catch (const Refusal& refusal) {
+      writer.Fail(net, refusal.message + "\n", refusal.diagnostics, kFailure);
     }
     if (control.Interrupted()) break;
   }
   const int32_t status = writer.Finish();
   std::fputs(lastWords.c_str(), stderr);
   return status;
+}
+
+int32_t AnswerReadings(const QuestionOptions& options,
+                       const std::function<Answer(const std::string&, NetReading&)>& ask) {
+  AnswerWriter writer(options);
+  for (const std::string& net : options.nets) {
+    NetReading reading = ReadAs(net, options.lenient);
+    writer.Write(net, ask(net, reading));
+  }
+  return writer.Finish();
 }
 
 }  // namespace siphons

@@ -13,6 +13,7 @@
 #include "base/exit_status.h"
 #include "netkit/commands/answers.h"
 #include "netkit/commands/run_control.h"
+#include "netkit/formats/net_file.h"
 
 namespace CLI {
 class App;
@@ -25,6 +26,7 @@ struct QuestionOptions {
   std::string output;  ///< empty: standard output
   bool json = false;
   bool quiet = false;
+  bool lenient = false;
   double timeout = 0;  ///< seconds for each net; 0: none
 };
 
@@ -48,11 +50,25 @@ CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::str
 int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
                    const std::function<Answer(const PetriNet&, RunControl&)>& ask);
 
+/// As AnswerEach, but `ask` answers about a net that cannot be read, too.
+int32_t AnswerReadings(const QuestionOptions& options,
+                       const std::function<Answer(const std::string&, NetReading&)>& ask);
+
 /// Wrong usage that only the net tells, thrown by `ask`: the message is told and the status is that of wrong
 /// usage.
 struct WrongUsage {
   std::string message;
 };
+
+/// What keeps a net from being answered although it was read, thrown by `ask`: the status is that of a
+/// failure.
+struct Refusal {
+  std::string message;
+  Json diagnostics;
+};
+
+/// Adds the flags that all subcommands about nets have.
+void AddCommonFlags(CLI::App& command, QuestionOptions& options);
 
 /// Checks of option values, in the form of the command line library: what is wrong, or an empty text.
 std::string FaultOfDuration(const std::string& text);

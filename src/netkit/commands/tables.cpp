@@ -5,13 +5,13 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "base/process_end.h"
 #include "driver/model_files.h"
 #include "net/load_net.h"
 #include "netkit/commands/answers.h"
 #include "netkit/commands/commands.h"
+#include "netkit/commands/lenient_reader.h"
 #include "netkit/formats/net_file.h"
 #include "structure/pmf_file.h"
 #include "structure/sparse.h"
@@ -30,30 +30,22 @@ struct TableOptions {
   bool summary = false;
 };
 
-/// Reports as the report program does, but says nothing where a net is as it should be: a net without
-/// parameters or measures need not announce them, and a listing is no warning.
-int32_t ReportFault(const char* message, int32_t fatal) {
-  const std::string_view text = message;
-  const bool usual = text.starts_with("-1 ") || text.starts_with("I'm error_func");
-  return usual && fatal == 0 ? 0 : DefaultError(message, fatal);
-}
-
 /// The path of the net without extension, as the loader and the definition info want it.
 std::string PathOf(const std::string& net) {
   std::string path = FindNet(net);
-  path.resize(path.rfind('.'));
+  if (path.ends_with(".PD")) path.resize(path.size() - 3);
   return path;
 }
 
 void List(const TableOptions& options) {
-  LoadModel(PathOf(options.net).c_str(), ReportFault);
+  LoadModel(PathOf(options.net).c_str(), ReportLoaderFault);
   show_net(*model);
   WriteAnswer("", "");  // tells when the listing is not written whole
 }
 
 void WritePmf(const TableOptions& options) {
   const std::string path = PathOf(options.net);
-  LoadModel(path.c_str(), ReportFault);
+  LoadModel(path.c_str(), ReportLoaderFault);
   const bool anyGeneral = std::any_of(model->transitions, model->transitions + model->ntrans,
                                       [](const NetTransition& t) { return t.type == kGeneral; });
   if (anyGeneral) {
@@ -66,7 +58,7 @@ void WritePmf(const TableOptions& options) {
 void Structure(const TableOptions& options) {
   const std::string path = PathOf(options.net);
   OpenDefinitionInfo(path.c_str());
-  LoadModel(path.c_str(), ReportFault);
+  LoadModel(path.c_str(), ReportLoaderFault);
   config_net(*model);
   ReadDefinitionInfo(path.c_str());
   c_matrix = sparse_function(o_matrix, i_matrix, no_trans, minus);

@@ -2,16 +2,18 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <memory>
+#include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "netkit/formats/near_names.h"
 #include "netkit/formats/pd_reader.h"
+#include "netkit/formats/pnml_reader.h"
+#include "netkit/formats/whole_file.h"
 
 namespace siphons {
 
@@ -21,12 +23,19 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kPdExtension = ".PD";
 
+bool HasExtension(std::string_view path) {
+  return path.ends_with(kPdExtension) || path.ends_with(".pnml") || path.ends_with(".pnml.gz");
+}
+
 /// The nets in the directory, by the names that FindNet takes.
 std::vector<std::string> NetsIn(const fs::path& directory) {
   std::vector<std::string> names;
   std::error_code error;
   for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error)) {
-    if (entry->path().extension() == kPdExtension) names.push_back(entry->path().stem());
+    if (HasExtension(entry->path().native())) {
+      names.push_back(entry->path().extension() == kPdExtension ? entry->path().stem()
+                                                                : entry->path().filename());
+    }
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -45,52 +54,50 @@ std::string WhyMissing(const std::string& net, const std::string& path) {
   return why;
 }
 
-/// The whole file, or standard input for an empty path; errno is set when it cannot be read.
-std::optional<std::string> WholeFile(const std::string& path) {
-  struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, Closer> opened;
-  std::FILE* file = stdin;
-  if (!path.empty()) {
-    opened.reset(std::fopen(path.c_str(), "rb"));
-    if (opened == nullptr) return std::nullopt;
-    file = opened.get();
-  }
-  constexpr size_t kBlock = size_t{1} << 16;
-  std::string text;
-  size_t length = 0;
-  do {
-    text.resize(length + kBlock);
-    length += std::fread(text.data() + length, 1, kBlock, file);
-  } while (length == text.size());
-  text.resize(length);
-  if (std::ferror(file) != 0) return std::nullopt;
-  return text;
+bool LooksLikeXml(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  const size_t first = text.find_first_not_of(" \t\r\n");
+  return first != std::string_view::npos && text[first] == '<';
 }
 
 }  // namespace
 
 std::string FindNet(const std::string& net) {
-  if (net.ends_with(kPdExtension)) return net;
+  if (HasExtension(net)) return net;
   const char* const modelDirectory = std::getenv("MODELDIR");
   const std::string name = net + std::string(kPdExtension);
-  return modelDirectory == nullptr ? name : std::string(modelDirectory) + "/" + name;
+  const std::string path = modelDirectory == nullptr ? name : std::string(modelDirectory) + "/" + name;
+  std::error_code error;
+  const bool isFile = !fs::exists(path, error) && fs::is_regular_file(net, error);
+  return isFile ? net : path;
 }
 
 NetReading ReadNet(const std::string& net) {
   const bool isStandardInput = net == "-";
   const std::string path = isStandardInput ? "" : FindNet(net);
   NetReading reading{std::nullopt, Diagnostics(isStandardInput ? "<standard input>" : path)};
-  const std::optional<std::string> text = WholeFile(path);
+  Diagnostics& diagnostics = reading.diagnostics;
+  const bool isPd = path.ends_with(kPdExtension);
+  std::optional<std::string> text = WholeFile(path);
   if (!text) {
     const int error = errno;
-    reading.diagnostics.Error({}, error == ENOENT
-                                      ? WhyMissing(net, path)
-                                      : std::string("it cannot be read: ") + std::strerror(error));
+    diagnostics.Error({}, error == ENOENT ? WhyMissing(net, path)
+                                          : std::string("it cannot be read: ") + std::strerror(error));
     return reading;
   }
-  reading.net = ReadPd(*text, isStandardInput ? "" : fs::path(path).stem().string(), reading.diagnostics);
+  if (!isPd && IsCompressed(*text)) {
+    text = Decompressed(*text);
+    if (!text) {
+      diagnostics.Error({},
+                        "the compressed file is damaged, cut short, or longer than 1 GiB; compress it again");
+      return reading;
+    }
+  }
+  if (path.ends_with(".pnml") || path.ends_with(".gz") || (!isPd && LooksLikeXml(*text))) {
+    reading.net = ReadPnml(std::move(*text), diagnostics);
+  } else {
+    reading.net = ReadPd(*text, fs::path(path).stem(), diagnostics);
+  }
   return reading;
 }
 

@@ -16,10 +16,13 @@ struct NetReading {
 };
 
 /// Where a net lies. A name without extension means NAME.PD in the directory that the environment variable
-/// MODELDIR names, or in the current directory when that is not set; everything else is a path.
+/// MODELDIR names, or in the current directory when that is not set, unless a file has just this name;
+/// everything else is a path.
 std::string FindNet(const std::string& net);
 
-/// Reads the net that `net` stands for: the path of a file, a bare name (FindNet), or "-" for standard input.
+/// Reads the net that `net` stands for: the path of a .PD, .pnml or .pnml.gz file, a bare name (FindNet), or
+/// "-" for standard input. A file with another extension, and standard input, are told apart by their first
+/// character: '<' begins PNML.
 NetReading ReadNet(const std::string& net);
 
 }  // namespace siphons

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "netkit/model/petri_net.h"
 
@@ -19,5 +20,22 @@ struct NetFeatures {
 };
 
 NetFeatures FeaturesOf(const PetriNet& net);
+
+/// The classes of nets with theorems of their own, and the nodes at the rim. The classes are those of
+/// ordinary nets without inhibitor arcs and enabling functions; priorities do not count.
+struct NetStructure {
+  bool ordinary = false;            ///< every weight is 1, and no inhibitor arc or enabling function is there
+  bool stateMachine = false;        ///< every transition has one input and one output place
+  bool markedGraph = false;         ///< every place has one input and one output transition
+  bool freeChoice = false;          ///< transitions that share an input place have no other
+  bool extendedFreeChoice = false;  ///< transitions that share an input place share all of them
+  bool stronglyConnected = false;   ///< from every node along arcs to every other
+  std::vector<int32_t> sourcePlaces, sinkPlaces;  ///< without input transition; without output transition
+  std::vector<int32_t> sourceTransitions, sinkTransitions;  ///< without input place; without output place
+  std::vector<int32_t> isolatedPlaces;                      ///< without any arc, inhibitor arcs included
+};
+
+/// Linear in places, transitions and arcs, but for the sorting of input places.
+NetStructure StructureOf(const PetriNet& net);
 
 }  // namespace siphons

@@ -1,0 +1,311 @@
+#include "netkit/formats/pnml_builder.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <utility>
+
+#include "netkit/formats/plain_numbers.h"
+#include "netkit/formats/pnml_reader.h"
+
+namespace siphons {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string Trimmed(std::string_view text) {
+  const size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return "";
+  return std::string(text.substr(first, text.find_last_not_of(kBlanks) + 1 - first));
+}
+
+/// A label as a name: on one line, with single blanks.
+std::string AsName(std::string_view label) {
+  std::string name;
+  for (const char c : label) {
+    const bool isBlank = static_cast<unsigned char>(c) <= ' ' || c == 0x7F;
+    if (!isBlank) {
+      name += c;
+    } else if (!name.empty() && name.back() != ' ') {
+      name += ' ';
+    }
+  }
+  if (name.ends_with(' ')) name.pop_back();
+  return name;
+}
+
+bool Is(pugi::xml_node element, const char* name) {
+  const char* const colon = std::strrchr(element.name(), ':');
+  return std::strcmp(colon == nullptr ? element.name() : colon + 1, name) == 0;
+}
+
+/// Why the net cannot be read as a place/transition net, by its type; empty when it can.
+std::string HighLevelType(std::string_view type) {
+  std::string lower(type);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  for (const char* part :
+       {"highlevel", "hlpng", "hlcore", "symmetric", "hlnet", "coloured", "colored", "cpn"}) {
+    if (lower.find(part) != std::string::npos) return std::string(type);
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string ValueOf(pugi::xml_node element) {
+  for (const char* child : {"text", "value"}) {
+    if (const pugi::xml_node value = element.child(child)) return Trimmed(value.child_value());
+  }
+  return Trimmed(element.child_value());
+}
+
+pugi::xml_node ToolDataOf(pugi::xml_node element) {
+  return element.find_child([](pugi::xml_node child) {
+    return Is(child, "toolspecific") && std::strcmp(child.attribute("tool").value(), kToolName) == 0;
+  });
+}
+
+PetriNet PnmlBuilder::Build(pugi::xml_node net) {
+  net_.name = net.child("name") ? AsName(ValueOf(net.child("name"))) : "";
+  if (net_.name.empty()) net_.name = net.attribute("id").value();
+  CheckType(net);
+  TakeNetToolData(net);
+  TakePage(net);
+  for (const auto& [number, element] : transitionElements_) TakeToolData(element, net_.transitions[number]);
+  GiveNames();
+  TakeMarkingParameters();
+  for (const pugi::xml_node arc : arcs_) TakeArc(arc);
+  if (net_.places.empty()) Error(net, "the net has no place; is this the right file?");
+  if (net_.transitions.empty()) Error(net, "the net has no transition; is this the right file?");
+  return std::move(net_);
+}
+
+void PnmlBuilder::CheckType(pugi::xml_node net) {
+  const std::string highLevel = HighLevelType(net.attribute("type").value());
+  if (!highLevel.empty()) {
+    Error(net, "a high-level net (type " + Quoted(highLevel) +
+                   "), whose tokens have values; unfold it to a place/transition net first");
+  }
+}
+
+void PnmlBuilder::TakePage(pugi::xml_node page) {
+  for (const pugi::xml_node child : page.children()) {
+    if (child.type() != pugi::node_element) continue;
+    if (Is(child, "page")) {
+      TakePage(child);
+    } else if (Is(child, "place")) {
+      TakePlace(child);
+    } else if (Is(child, "transition")) {
+      TakeTransition(child);
+    } else if (Is(child, "referencePlace") || Is(child, "referenceTransition")) {
+      TakeReference(child);
+    } else if (Is(child, "arc") || Is(child, "inputArc") || Is(child, "outputArc") ||
+               Is(child, "inhibitorArc")) {
+      arcs_.push_back(child);
+    } else if (Is(child, "transportArc") || Is(child, "declaration")) {
+      Error(child, "the element " + Quoted(child.name()) +
+                       " belongs to another class of nets; netkit reads "
+                       "place/transition nets");
+    } else if (Is(child, "toolspecific") || Is(child, "name") || Is(child, "graphics") ||
+               Is(child, "token") || Is(child, "labels") || Is(child, "text")) {
+      continue;
+    } else if (!std::exchange(warned_[child.name()], true)) {
+      diagnostics_.Warn(Where(child),
+                        "the element " + Quoted(child.name()) + " is not known and was left out");
+    }
+  }
+}
+
+PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
+  const std::string id = element.attribute("id").value();
+  if (id.empty()) {
+    Error(element, "the element " + Quoted(element.name()) + " has no id; give it one");
+    return nullptr;
+  }
+  const auto [at, isNew] = nodes_.try_emplace(id);
+  if (!isNew) {
+    Error(element, "the id " + Quoted(id) + " is taken in line " + std::to_string(at->second.where.line) +
+                       "; ids are unique in a file");
+    return nullptr;
+  }
+  at->second.kind = kind;
+  at->second.where = Where(element);
+  CheckChildren(element);
+  return &at->second;
+}
+
+/// Refuses what changes the meaning of a node beyond a place/transition net.
+void PnmlBuilder::CheckChildren(pugi::xml_node element) {
+  for (const pugi::xml_node child : element.children()) {
+    if (child.type() != pugi::node_element) continue;
+    const std::string value = Is(child, "capacity") ? ValueOf(child) : "";
+    if (Is(child, "hlinitialMarking") || Is(child, "hlinscription") || Is(child, "condition")) {
+      Error(child, "the element " + Quoted(child.name()) +
+                       " belongs to high-level nets; unfold the net to a place/transition net first");
+    } else if (Is(child, "capacity") && !value.empty() && value != "0" && !value.ends_with(",0")) {
+      Error(child, "a capacity of " + Quoted(value) + "; write a place for the free room instead");
+    }
+  }
+  const pugi::xml_attribute invariant = element.attribute("invariant");
+  if (invariant && std::string_view(invariant.value()) != "< inf") {
+    Error(element, "an age invariant, which untimed nets have not; remove it");
+  }
+  for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
+    for (pugi::xml_attribute b = a.next_attribute(); b; b = b.next_attribute()) {
+      if (std::strcmp(a.name(), b.name()) == 0)
+        Error(element, "the attribute " + Quoted(a.name()) + " stands twice; remove one");
+    }
+  }
+}
+
+void PnmlBuilder::TakePlace(pugi::xml_node element) {
+  Node* const node = Declare(element, NodeKind::kPlace);
+  if (node == nullptr) return;
+  node->number = static_cast<int32_t>(net_.places.size());
+  Place& place = net_.places.emplace_back();
+  place.id = element.attribute("id").value();
+  place.where = node->where;
+  placeLabels_.push_back(
+      AsName(element.child("name") ? ValueOf(element.child("name")) : element.attribute("name").value()));
+  const pugi::xml_node marking = element.child("initialMarking");
+  if (marking) {
+    place.tokens = Count(marking, ValueOf(marking), "number of tokens", 0).value_or(0);
+  } else if (const pugi::xml_attribute tokens = element.attribute("initialMarking")) {
+    place.tokens = Count(element, tokens.value(), "number of tokens", 0).value_or(0);
+  }
+  place.position = PointOf(element.child("graphics").child("position"));
+  if (!place.position) place.position = PointOf(element, "positionX", "positionY");
+  const std::optional<Point> offset = PointOf(element.child("name").child("graphics").child("offset"));
+  if (place.position && offset)
+    place.labelPosition = {place.position->x + offset->x, place.position->y + offset->y};
+  if (const pugi::xml_node data = ToolDataOf(element))
+    place.markingParameter = data.attribute("parameter").value();
+}
+
+void PnmlBuilder::TakeTransition(pugi::xml_node element) {
+  Node* const node = Declare(element, NodeKind::kTransition);
+  if (node == nullptr) return;
+  node->number = static_cast<int32_t>(net_.transitions.size());
+  transitionElements_.emplace_back(net_.transitions.size(), element);
+  Transition& transition = net_.transitions.emplace_back();
+  transition.id = element.attribute("id").value();
+  transition.where = node->where;
+  transitionLabels_.push_back(
+      AsName(element.child("name") ? ValueOf(element.child("name")) : element.attribute("name").value()));
+  transition.position = PointOf(element.child("graphics").child("position"));
+  if (!transition.position) transition.position = PointOf(element, "positionX", "positionY");
+  const std::optional<Point> offset = PointOf(element.child("name").child("graphics").child("offset"));
+  if (transition.position && offset) {
+    transition.labelPosition = {transition.position->x + offset->x, transition.position->y + offset->y};
+  }
+  TakeDelayed(element);
+}
+
+/// Kind, rate, priority and server as generalised stochastic nets give them.
+void PnmlBuilder::TakeDelayed(pugi::xml_node element) {
+  Transition& transition = net_.transitions.back();
+  const pugi::xml_node timed = element.child("timed");
+  if (timed && ValueOf(timed) == "false") transition.kind = TransitionKind::kImmediate;
+  if (const pugi::xml_node rate = element.child("rate"))
+    transition.delay.value = PlainReal(ValueOf(rate)).value_or(1);
+  transition.infiniteServer = ValueOf(element.child("infiniteServer")) == "true";
+  if (const pugi::xml_node priority = element.child("priority")) {
+    const auto value = Count(priority, ValueOf(priority), "priority", 0);
+    if (value && *value > INT32_MAX) Error(priority, "the priority is out of range; it goes to 2147483647");
+    transition.priority = static_cast<int32_t>(std::min<int64_t>(value.value_or(0), INT32_MAX));
+  }
+}
+
+void PnmlBuilder::TakeReference(pugi::xml_node element) {
+  Node* const node = Declare(element, NodeKind::kReference);
+  if (node == nullptr) return;
+  node->reference = element.attribute("ref").value();
+  if (node->reference.empty())
+    Error(element, "a reference node without ref; name the node that it stands for");
+}
+
+/// A label is a name when no other node has it as its label or as its id.
+void PnmlBuilder::GiveNames() {
+  std::unordered_map<std::string, int64_t> uses;
+  for (const auto* labels : {&placeLabels_, &transitionLabels_}) {
+    for (const std::string& label : *labels) ++uses[label];
+  }
+  const auto nameOf = [&](const std::string& label, const std::string& id) {
+    const auto node = label == id ? nodes_.end() : nodes_.find(label);
+    return label.empty() || uses[label] > 1 || node != nodes_.end() ? id : label;
+  };
+  for (size_t p = 0; p < net_.places.size(); ++p)
+    net_.places[p].name = nameOf(placeLabels_[p], net_.places[p].id);
+  for (size_t t = 0; t < net_.transitions.size(); ++t) {
+    net_.transitions[t].name = nameOf(transitionLabels_[t], net_.transitions[t].id);
+  }
+}
+
+std::optional<int64_t> PnmlBuilder::Count(pugi::xml_node element, std::string_view text,
+                                          std::string_view what, int64_t least) {
+  // Some editors count tokens of several classes: "Default,1,Red,0".
+  std::string_view number = text;
+  for (size_t comma = text.find(','); comma != std::string_view::npos;) {
+    const size_t end = text.find(',', comma + 1);
+    const std::string_view count = text.substr(comma + 1, end - comma - 1);
+    const bool first = number.data() == text.data() && number.size() == text.size();
+    if (first) {
+      number = count;
+    } else if (count != "0") {
+      Error(element, "tokens of more than one class in " + Quoted(text) + "; unfold the net first");
+      return std::nullopt;
+    }
+    comma = end == std::string_view::npos ? end : text.find(',', end + 1);
+  }
+  const std::string trimmed = Trimmed(number);
+  const std::optional<int64_t> value = PlainDecimal(trimmed);
+  if (value && *value >= least) return value;
+  Error(element, "the " + std::string(what) + " " + Quoted(text) +
+                     (IsPlainDecimal(trimmed) ? " is out of range; it goes from "
+                                              : " is no plain number; write digits from ") +
+                     std::to_string(least) + " to 9223372036854775807");
+  return std::nullopt;
+}
+
+std::optional<Point> PnmlBuilder::PointOf(pugi::xml_node element, const char* x, const char* y) {
+  const std::optional<double> px = PlainReal(element.attribute(x).value());
+  const std::optional<double> py = PlainReal(element.attribute(y).value());
+  if (!px || !py) return std::nullopt;
+  return Point{*px, *py};
+}
+
+std::optional<PetriNet> ReadPnml(std::string text, Diagnostics& diagnostics) {
+  if (!PrepareXml(text, diagnostics)) return std::nullopt;
+  const LineTable lines(text);
+  pugi::xml_document document;
+  const pugi::xml_parse_result result =
+      document.load_buffer_inplace(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!result) {
+    diagnostics.Error(lines.Where(result.offset), std::string("the XML is faulty: ") + result.description());
+    return std::nullopt;
+  }
+  const pugi::xml_node root = document.document_element();
+  const auto isNet = [](pugi::xml_node child) { return Is(child, "net"); };
+  const pugi::xml_node net = root.find_child(isNet);
+  if (!Is(root, "pnml") || !net) {
+    diagnostics.Error(lines.Where(root.offset_debug()), "no <pnml> with a <net> in it; is this a PNML file?");
+    return std::nullopt;
+  }
+  for (pugi::xml_node other = net.next_sibling(); other; other = other.next_sibling()) {
+    if (isNet(other))
+      diagnostics.Error(lines.Where(other.offset_debug()), "a second net; keep one in a file");
+  }
+  for (pugi::xml_node other = root.next_sibling(); other; other = other.next_sibling()) {
+    if (other.type() == pugi::node_element) {
+      diagnostics.Error(lines.Where(other.offset_debug()), "an element behind the end of <pnml>; remove it");
+    }
+  }
+  PetriNet read = PnmlBuilder(lines, diagnostics).Build(net);
+  if (diagnostics.HasErrors()) return std::nullopt;
+  return read;
+}
+
+}  // namespace siphons

@@ -1,0 +1,107 @@
+// What a PNML net cannot say in elements of its own and a .PD file can: kinds, delays, priorities, functions
+// and expressions. The writer keeps them in elements <toolspecific tool="netkit">, and here they come back.
+#include <algorithm>
+#include <charconv>
+
+#include "netkit/formats/plain_numbers.h"
+#include "netkit/formats/pnml_builder.h"
+#include "netkit/formats/tool_words.h"
+
+namespace siphons {
+
+namespace {
+
+/// The number of the word; nothing for a word that is none of them.
+template <size_t size>
+std::optional<size_t> NumberOfWord(const std::array<std::string_view, size>& words, std::string_view word) {
+  const auto found = std::find(words.begin(), words.end(), word);
+  if (found == words.end()) return std::nullopt;
+  return static_cast<size_t>(found - words.begin());
+}
+
+std::optional<int64_t> SmallNumber(pugi::xml_attribute attribute, int64_t greatest) {
+  const std::optional<int64_t> value = PlainDecimal(attribute.value());
+  return value && *value <= greatest ? value : std::nullopt;
+}
+
+}  // namespace
+
+void PnmlBuilder::TakeToolData(pugi::xml_node element, Transition& transition) {
+  const pugi::xml_node data = ToolDataOf(element);
+  if (!data) return;
+  const auto kind = NumberOfWord(kKindWords, data.attribute("kind").value());
+  const auto policy = NumberOfWord(kPolicyWords, data.attribute("policy").value());
+  const auto server = NumberOfWord(kServerWords, data.attribute("server").value());
+  const auto delayKind = NumberOfWord(kDelayWords, data.attribute("delayKind").value());
+  const auto priority = SmallNumber(data.attribute("priority"), INT32_MAX);
+  const auto orientation = SmallNumber(data.attribute("orientation"), 3);
+  const std::string delay = data.attribute("delay").value();
+  const std::optional<double> number = PlainReal(delay);
+  if (!kind || !policy || !server || !delayKind || !priority || !orientation ||
+      (*delayKind == 0 && !number)) {
+    Error(data, "a value of this element is none that netkit writes; remove the element");
+    return;
+  }
+  transition.kind = static_cast<TransitionKind>(*kind);
+  transition.policy = static_cast<MemoryPolicy>(*policy);
+  transition.infiniteServer = *server == 1;
+  transition.priority = static_cast<int32_t>(*priority);
+  transition.orientation = static_cast<Orientation>(*orientation);
+  transition.delay.kind = static_cast<TransitionDelay::Kind>(*delayKind);
+  if (*delayKind == 0) {
+    transition.delay.value = *number;
+  } else {
+    transition.delay.text = delay;
+  }
+  if (data.attribute("function")) transition.enablingFunction = data.attribute("function").value();
+  if (data.attribute("auxiliaryCount")) {
+    AuxiliaryValues& auxiliary = transition.auxiliary.emplace();
+    auxiliary.count =
+        static_cast<int16_t>(SmallNumber(data.attribute("auxiliaryCount"), INT16_MAX).value_or(1));
+    auxiliary.flag =
+        static_cast<int32_t>(SmallNumber(data.attribute("auxiliaryFlag"), INT32_MAX).value_or(0));
+    auxiliary.value = PlainReal(data.attribute("auxiliaryValue").value()).value_or(1);
+  }
+  transition.delayPosition = PointOf(data, "delayX", "delayY");
+}
+
+void PnmlBuilder::TakeToolData(pugi::xml_node element, Arc& arc) {
+  const pugi::xml_node data = ToolDataOf(element);
+  if (!data.attribute("weight")) return;
+  arc.markingDependent = true;
+  arc.weight = 1;
+  arc.weightText = data.attribute("weight").value();
+}
+
+void PnmlBuilder::TakeNetToolData(pugi::xml_node net) {
+  const pugi::xml_node data = ToolDataOf(net);
+  if (!data) return;
+  const auto type = NumberOfWord(kTypeWords, data.attribute("type").value());
+  if (type) net_.type = static_cast<NetClass>(*type);
+  net_.description = data.child("description").child_value();
+  for (const pugi::xml_node child : data.children("parameter")) {
+    Parameter& parameter = net_.parameters.emplace_back();
+    parameter.name = child.attribute("name").value();
+    parameter.value = PlainReal(child.attribute("value").value()).value_or(0);
+    if (child.attribute("text")) parameter.text = child.attribute("text").value();
+    parameter.position = PointOf(child);
+  }
+  for (const pugi::xml_node child : data.children("measure")) {
+    net_.measures.push_back({child.attribute("name").value(), child.attribute("text").value(), Where(child)});
+  }
+}
+
+/// A place whose tokens come from a parameter must have as many as that says.
+void PnmlBuilder::TakeMarkingParameters() {
+  for (const Place& place : net_.places) {
+    if (place.markingParameter.empty()) continue;
+    const auto is = [&place](const Parameter& p) { return p.name == place.markingParameter; };
+    const auto found = std::find_if(net_.parameters.begin(), net_.parameters.end(), is);
+    if (found != net_.parameters.end() && found->value == static_cast<double>(place.tokens)) continue;
+    diagnostics_.Error(place.where, "the tokens are not those of the parameter " +
+                                        Quoted(place.markingParameter) +
+                                        "; remove the parameter, or correct one of the two");
+  }
+}
+
+}  // namespace siphons

@@ -1,0 +1,196 @@
+#include "netkit/formats/pnml_writer.h"
+
+#include <algorithm>
+#include <pugixml.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "netkit/formats/plain_numbers.h"
+#include "netkit/formats/pnml_builder.h"
+#include "netkit/formats/tool_words.h"
+#include "netkit/model/net_class.h"
+
+namespace siphons {
+
+namespace {
+
+void Set(pugi::xml_node element, const char* name, std::string_view value) {
+  element.append_attribute(name).set_value(std::string(value).c_str());
+}
+
+void AddPoint(pugi::xml_node element, const char* name, Point point) {
+  pugi::xml_node child = element.append_child(name);
+  Set(child, "x", RealText(point.x));
+  Set(child, "y", RealText(point.y));
+}
+
+void AddText(pugi::xml_node element, const char* name, const std::string& text) {
+  element.append_child(name).append_child("text").text().set(text.c_str());
+}
+
+pugi::xml_node AddToolData(pugi::xml_node element) {
+  pugi::xml_node data = element.append_child("toolspecific");
+  Set(data, "tool", kToolName);
+  Set(data, "version", "1");
+  return data;
+}
+
+/// Name, label and position, as places and transitions have them.
+template <typename Item>
+void AddNode(pugi::xml_node element, const Item& item) {
+  pugi::xml_node name = element.append_child("name");
+  name.append_child("text").text().set(item.name.c_str());
+  if (item.position && item.labelPosition) {
+    AddPoint(name.append_child("graphics"), "offset",
+             {item.labelPosition->x - item.position->x, item.labelPosition->y - item.position->y});
+  }
+  if (item.position) AddPoint(element.append_child("graphics"), "position", *item.position);
+}
+
+/// The id of a node: that of the file that it was read from, if all nodes have one; else one that is hardly a
+/// name, because a label that is another node's id would not be read as a name.
+std::string IdOf(bool keepsIds, const std::string& id, char kind, size_t number) {
+  return keepsIds ? id : std::string("id-") + kind + std::to_string(number + 1);
+}
+
+class Writer {
+ public:
+  explicit Writer(const PetriNet& net) : net_(net) {
+    const auto hasId = [](const auto& item) { return !item.id.empty(); };
+    keepsIds_ = std::all_of(net.places.begin(), net.places.end(), hasId) &&
+                std::all_of(net.transitions.begin(), net.transitions.end(), hasId);
+  }
+
+  std::string Write() {
+    pugi::xml_document document;
+    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
+    Set(declaration, "version", "1.0");
+    Set(declaration, "encoding", "UTF-8");
+    pugi::xml_node root = document.append_child("pnml");
+    Set(root, "xmlns", "http://www.pnml.org/version-2009/grammar/pnml");
+    pugi::xml_node net = root.append_child("net");
+    Set(net, "id", "net");
+    Set(net, "type", "http://www.pnml.org/version-2009/grammar/ptnet");
+    AddText(net, "name", net_.name);
+    page_ = net.append_child("page");
+    Set(page_, "id", "page");
+    for (size_t p = 0; p < net_.places.size(); ++p) AddPlace(p);
+    for (size_t t = 0; t < net_.transitions.size(); ++t) AddTransition(t);
+    for (size_t t = 0; t < net_.transitions.size(); ++t) AddArcs(t);
+    AddNetData(net);
+    std::ostringstream text;
+    document.save(text, "  ");
+    return text.str();
+  }
+
+ private:
+  void AddPlace(size_t p) {
+    const Place& place = net_.places[p];
+    pugi::xml_node element = page_.append_child("place");
+    Set(element, "id", IdOf(keepsIds_, place.id, 'p', p));
+    AddNode(element, place);
+    if (place.tokens > 0) AddText(element, "initialMarking", std::to_string(place.tokens));
+    if (!place.markingParameter.empty()) Set(AddToolData(element), "parameter", place.markingParameter);
+  }
+
+  void AddTransition(size_t t) {
+    const Transition& transition = net_.transitions[t];
+    pugi::xml_node element = page_.append_child("transition");
+    Set(element, "id", IdOf(keepsIds_, transition.id, 't', t));
+    AddNode(element, transition);
+    const pugi::xml_node data = AddToolData(element);
+    Set(data, "kind", WordOf(kKindWords, transition.kind));
+    Set(data, "priority", std::to_string(transition.priority));
+    Set(data, "server", kServerWords[transition.infiniteServer ? 1 : 0]);
+    Set(data, "policy", WordOf(kPolicyWords, transition.policy));
+    Set(data, "orientation", std::to_string(static_cast<int>(transition.orientation)));
+    Set(data, "delayKind", WordOf(kDelayWords, transition.delay.kind));
+    const bool isNumber = transition.delay.kind == TransitionDelay::Kind::kNumber;
+    Set(data, "delay", isNumber ? RealText(transition.delay.value) : transition.delay.text);
+    if (transition.enablingFunction) Set(data, "function", *transition.enablingFunction);
+    if (transition.auxiliary) {
+      Set(data, "auxiliaryCount", std::to_string(transition.auxiliary->count));
+      Set(data, "auxiliaryFlag", std::to_string(transition.auxiliary->flag));
+      Set(data, "auxiliaryValue", RealText(transition.auxiliary->value));
+    }
+    if (transition.delayPosition) {
+      Set(data, "delayX", RealText(transition.delayPosition->x));
+      Set(data, "delayY", RealText(transition.delayPosition->y));
+    }
+  }
+
+  void AddArcs(size_t t) {
+    const Transition& transition = net_.transitions[t];
+    const std::string id = IdOf(keepsIds_, transition.id, 't', t);
+    for (const std::vector<Arc>* arcs : {&transition.inputs, &transition.outputs, &transition.inhibitors}) {
+      for (const Arc& arc : *arcs) {
+        const auto p = static_cast<size_t>(arc.place);
+        const std::string place = IdOf(keepsIds_, net_.places[p].id, 'p', p);
+        const bool isOutput = arcs == &transition.outputs;
+        pugi::xml_node element = page_.append_child("arc");
+        Set(element, "id", NewArcId());
+        Set(element, "source", isOutput ? id : place);
+        Set(element, "target", isOutput ? place : id);
+        if (arcs == &transition.inhibitors) Set(element, "type", "inhibitor");
+        if (arc.weight != 1) AddText(element, "inscription", std::to_string(arc.weight));
+        if (!arc.path.empty()) {
+          pugi::xml_node graphics = element.append_child("graphics");
+          for (const Point& point : arc.path) AddPoint(graphics, "position", point);
+        }
+        if (arc.markingDependent) Set(AddToolData(element), "weight", arc.weightText);
+      }
+    }
+  }
+
+  std::string NewArcId() { return (keepsIds_ ? "netkit-arc" : "a") + std::to_string(++arcs_); }
+
+  void AddNetData(pugi::xml_node net) const {
+    pugi::xml_node data = AddToolData(net);
+    Set(data, "type", WordOf(kTypeWords, net_.type));
+    if (!net_.description.empty()) data.append_child("description").text().set(net_.description.c_str());
+    for (const Parameter& parameter : net_.parameters) {
+      pugi::xml_node child = data.append_child("parameter");
+      Set(child, "name", parameter.name);
+      if (parameter.text) {
+        Set(child, "text", *parameter.text);
+      } else {
+        Set(child, "value", RealText(parameter.value));
+      }
+      if (parameter.position) {
+        Set(child, "x", RealText(parameter.position->x));
+        Set(child, "y", RealText(parameter.position->y));
+      }
+    }
+    for (const Measure& measure : net_.measures) {
+      pugi::xml_node child = data.append_child("measure");
+      Set(child, "name", measure.name);
+      Set(child, "text", measure.text);
+    }
+  }
+
+  const PetriNet& net_;
+  bool keepsIds_ = false;
+  int64_t arcs_ = 0;
+  pugi::xml_node page_;
+};
+
+}  // namespace
+
+std::string WritePnml(const PetriNet& net) {
+  return Writer(net).Write();
+}
+
+std::string HiddenInPnml(const PetriNet& net) {
+  const NetFeatures features = FeaturesOf(net);
+  std::string hidden;
+  const auto add = [&hidden](int64_t count, const char* what) {
+    if (count > 0) hidden += (hidden.empty() ? "" : ", ") + std::to_string(count) + " " + what;
+  };
+  add(features.functions, "enabling functions");
+  add(features.markingDependent, "marking-dependent weights");
+  add(features.priorities, "priorities");
+  return hidden;
+}
+
+}  // namespace siphons
