@@ -82,8 +82,8 @@ std::vector<Command> Commands(const std::string& document) {
       const std::string& line = block.lines[i];
       if (line.starts_with("$ ")) {
         commands.push_back({block.line + 1 + i, line.substr(2), {}});
-      } else if (line.starts_with("> ") && commands.back().shown.empty()) {
-        commands.back().text += "\n" + line.substr(2);
+      } else if ((line == ">" || line.starts_with("> ")) && commands.back().shown.empty()) {
+        commands.back().text += "\n" + line.substr(std::min<size_t>(2, line.size()));
       } else {
         commands.back().shown.push_back(line);
       }
