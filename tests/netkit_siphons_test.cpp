@@ -131,7 +131,7 @@ TEST_F(SmallRing, CountedStreamedSharedAndTheSmallest) {
   }
   EXPECT_EQ(MarkingLines(shares), MarkingLines(all));
   for (const char* wrong :
-       {"--part 0/3", "--part 4/3", "--part 3", "--jobs 0", "--smallest", "--stream --count"})
+       {"--part=0/3", "--part=4/3", "--part=3", "--jobs 0", "--smallest", "--stream --count"})
     EXPECT_EQ(Run(std::string("siphons net ") + wrong).status, 2) << wrong;
 }
 

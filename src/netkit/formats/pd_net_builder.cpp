@@ -15,7 +15,6 @@ namespace siphons {
 namespace {
 
 constexpr int64_t kGreatest = std::numeric_limits<int32_t>::max();
-constexpr std::string_view kBlanks = " \t";
 
 std::string Name(PdKeyword keyword) {
   return std::string(TextOf(keyword));
