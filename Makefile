@@ -4,7 +4,7 @@ NET = philosophers
 MODELDIR = $(CURDIR)/examples
 JOBS := $(shell nproc 2>/dev/null || echo 1)
 
-.PHONY: all run install package check-package test asan bench fuzz coverage lint format format-check clean
+.PHONY: all run install package check-package test test-page asan bench fuzz coverage lint format format-check clean
 
 # Both programs, optimised, without tests, and what netkit says of itself.
 all: build/release/CMakeCache.txt
@@ -35,6 +35,11 @@ build/release/CMakeCache.txt: CMakeLists.txt CMakePresets.json
 	@scripts/setup build
 	@cmake --preset release -DBUILD_TESTING=OFF >/dev/null
 	@touch $@
+
+# The page that netkit draw writes, in a browser.
+test-page: all
+	@scripts/setup page
+	@python3 tests/page/page_test.py build/release/netkit examples
 
 test: test-debug
 asan: test-asan

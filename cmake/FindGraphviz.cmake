@@ -7,7 +7,8 @@ mark_as_advanced(Graphviz_INCLUDE_DIR Graphviz_GVC_LIBRARY Graphviz_CGRAPH_LIBRA
 
 include(FindPackageHandleStandardArgs)
 find_package_handle_standard_args(Graphviz
-  REQUIRED_VARS Graphviz_GVC_LIBRARY Graphviz_CGRAPH_LIBRARY Graphviz_INCLUDE_DIR)
+  REQUIRED_VARS Graphviz_GVC_LIBRARY Graphviz_CGRAPH_LIBRARY Graphviz_INCLUDE_DIR
+  REASON_FAILURE_MESSAGE "netkit draw needs it (Debian: libgraphviz-dev), or build with -DSIPHONS_GRAPHVIZ=OFF")
 
 if(Graphviz_FOUND AND NOT TARGET Graphviz::gvc)
   add_library(Graphviz::gvc UNKNOWN IMPORTED)

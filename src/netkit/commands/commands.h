@@ -15,6 +15,7 @@ void AddCheck(CLI::App& app, int32_t& status);
 void AddInfo(CLI::App& app, int32_t& status);
 void AddLint(CLI::App& app, int32_t& status);
 void AddConvert(CLI::App& app, int32_t& status);
+void AddDraw(CLI::App& app, int32_t& status);
 
 /// list, structure and pmf, which show the tables of the report program and read a net with its loader.
 void AddTables(CLI::App& app, int32_t& status);

@@ -12,7 +12,6 @@
 
 #include "netkit/commands/commands.h"
 #include "netkit/commands/question.h"
-#include "netkit/formats/near_names.h"
 #include "netkit/siphons/minimal_siphons.h"
 #include "netkit/siphons/smallest_siphons.h"
 
@@ -62,15 +61,6 @@ std::string FaultOfShare(const std::string& text) {
 std::string FaultOfJobs(const std::string& text) {
   const bool fits = FaultOfCount(text).empty() && text.size() <= 4 && std::stoi(text) <= kMostJobs;
   return fits ? "" : "a number from 1 to " + std::to_string(kMostJobs) + " is wanted";
-}
-
-/// The number of the place; throws WrongUsage when the net has none of this name.
-int32_t PlaceOfName(const PetriNet& net, const std::string& name) {
-  std::vector<std::string_view> names;
-  for (const Place& place : net.places) names.push_back(place.name);
-  const auto found = std::find(names.begin(), names.end(), name);
-  if (found == names.end()) throw WrongUsage{"Unknown place " + name + DidYouMean(name, names)};
-  return static_cast<int32_t>(found - names.begin());
 }
 
 PlaceList UnmarkedPlaces(const PetriNet& net) {

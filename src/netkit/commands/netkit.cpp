@@ -60,7 +60,8 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   app.require_subcommand(1);
   int32_t status = kComplete;
   for (const bool traps : {false, true}) AddMinimalSets(app, traps, status);
-  for (const auto add : {AddCheck, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
+  for (const auto add :
+       {AddCheck, AddDraw, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
     add(app, status);
   }
 

@@ -70,6 +70,9 @@ struct Refusal {
 /// Adds the flags that all subcommands about nets have.
 void AddCommonFlags(CLI::App& command, QuestionOptions& options);
 
+/// The number of the place; throws WrongUsage when the net has none of this name.
+int32_t PlaceOfName(const PetriNet& net, const std::string& name);
+
 /// Checks of option values, in the form of the command line library: what is wrong, or an empty text.
 std::string FaultOfDuration(const std::string& text);
 std::string FaultOfCount(const std::string& text);
