@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <deque>
 #include <optional>
+#include <utility>
 
 #include "tests/reference/integers.h"
 
@@ -36,7 +37,7 @@ uint32_t Bit(uint32_t constraint) {
 
 class Solver {
  public:
-  Solver(const Rows& constraints, uint32_t maxRays) : Constraints(constraints), NbMaxRays(maxRays) {}
+  Solver(Rows constraints, uint32_t maxRays) : Constraints(std::move(constraints)), NbMaxRays(maxRays) {}
 
   Answer Run() {
     const bool done = Dual();
