@@ -62,7 +62,8 @@ class PatternTree {
   bool UnionsHold() const;
 
  protected:
-  std::vector<std::vector<uint64_t>> levels_;  ///< blocks; level 0 the patterns, the last one at most a block
+  /// The blocks of every level, for tests that spoil a tree.
+  std::vector<std::vector<uint64_t>>& Levels() { return levels_; }
 
  private:
   template <typename Kernel>
@@ -70,6 +71,7 @@ class PatternTree {
   PatternBlocks Level(size_t level) const { return {levels_[level].data(), wordCount_}; }
   void AddLevelAbove();
 
+  std::vector<std::vector<uint64_t>> levels_;  ///< blocks; level 0 the patterns, the last one at most a block
   size_t wordCount_;
   const BitKernels& kernels_;
   std::vector<size_t> sizes_;                ///< patterns or nodes of each level
