@@ -326,7 +326,9 @@ TEST(ManyNets, HaveTheReportsOfSingleRuns) {
     commands.push_back({command.line + 1000, "mkdir " + kept + " && mv *.siphons " + kept, {}});
   }
   EXPECT_EQ(recipes, 3);
-  Outputs(commands, nets.path());
+  std::string printed;
+  for (const std::string& output : Outputs(commands, nets.path())) printed += output + "\n";
+  SCOPED_TRACE(printed);
   for (int r = 1; r <= recipes; ++r) {
     for (const std::string& name : names) {
       EXPECT_EQ(MaskedReport(nets.path() / ("recipe" + std::to_string(r)) / (name + ".siphons")),
