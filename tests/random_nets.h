@@ -1,6 +1,7 @@
 // Small random nets with what a verdict has to take into account, and their markings, listed literally.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <set>
