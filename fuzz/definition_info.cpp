@@ -26,7 +26,7 @@ constexpr const char* kNet =
     "TRANSITION u 1.0 SS IM RE 1 0 0 0 0 0 0 0 INPARCS 1 <MD> b 0 OUTPARCS 1 1 a 0 INHARCS 1 <MD> c 0\n"
     "TRANSITION v 1.0 IS IM RE 2 0 0 0 0 0 0 0 INPARCS 1 2 c 0 OUTPARCS 1 1 a 0 INHARCS 0\n";
 
-/// The tables as they are before a process has read anything.
+/// The tables as they are before a process has read anything. Their blocks are released with all others.
 void ResetTables() {
   places = nullptr;
   transitions = nullptr;
@@ -38,11 +38,12 @@ void ResetTables() {
   model = nullptr;
 }
 
-void BuildAll(const std::string& net, const std::string& info) {
-  std::stringbuf buffer(net);
+void BuildAll(const std::string& description, const std::string& info) {
+  std::stringbuf buffer(description);
   std::cin.rdbuf(&buffer);
   std::cin.clear();
-  model = load_net(nullptr, ThrowFatal, false);
+  const OwnedNet net(load_net(nullptr, ThrowFatal, false));
+  model = net.get();
   config_net(*model);
   std::istringstream stream(info);
   read_info(stream);

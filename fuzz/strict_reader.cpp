@@ -30,7 +30,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::streambuf* const input = std::cin.rdbuf(&buffer);
   std::cin.clear();
   try {
-    const Net* const loaded = load_net(nullptr, OnlyMissingCounts, false);
+    const OwnedNet loaded(load_net(nullptr, OnlyMissingCounts, false));
     Require(loaded != nullptr, "the loader has no net");
     Require(NetComparison(*net, *loaded).Difference().empty(), "the loader has another net");
   } catch (const ProcessEnd&) {
