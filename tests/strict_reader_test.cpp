@@ -1,5 +1,6 @@
 // The strict .PD reader: what it accepts is the net that the report program's loader reads, for every kept
-// net and for damaged copies of them; what it refuses, it refuses with the place and the remedy.
+// net and for damaged copies of them; what it refuses, it refuses with the place and the remedy. The mistakes
+// and what is told of them are kept in strict_reader/.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -135,6 +136,94 @@ TEST(StrictReader, WhatItAcceptsTheLoaderReadsAsTheSameNet) {
   }
   EXPECT_GT(kept, 50);
   EXPECT_GT(damaged, runs / 50) << "otherwise the damage is too great to show anything";
+}
+
+const fs::path kKept = fs::path(TESTS_DIRECTORY) / "strict_reader";
+
+/// The text with \xHH replaced by the byte.
+std::string Unescaped(std::string text) {
+  for (size_t at; (at = text.find("\\x")) != std::string::npos;) {
+    text.replace(at, 4, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+  }
+  return text;
+}
+
+TEST(StrictReader, TellsEveryMistakeWithItsPlaceAndRemedy) {
+  const std::string net = *ReadFile(kKept / "net.PD");
+  std::string told, damaged = net, from, to, expected;
+  ASSERT_TRUE(Read(net, &told)) << told;
+  const auto replace = [&] {
+    const size_t at = from.empty() ? 0 : damaged.find(from.substr(0, from.size() - 1));
+    ASSERT_NE(at, std::string::npos) << from;
+    if (!from.empty()) damaged.replace(at, from.size() - 1, Unescaped(to.substr(0, to.size() - 1)));
+    from = to = "";
+  };
+  int mistakes = 0;
+  const auto finish = [&] {
+    if (!expected.empty()) {
+      ++mistakes;
+      EXPECT_FALSE(Read(damaged, &told));
+      EXPECT_EQ(told, expected) << damaged;
+    }
+    damaged = net;
+    expected = "";
+  };
+  std::istringstream lines(*ReadFile(kKept / "mistakes.txt"));
+  const auto rest = [](const std::string& line) { return (line.size() > 1 ? line.substr(2) : "") + "\n"; };
+  for (std::string line; std::getline(lines, line);) {
+    if (line[0] == '-') {
+      if (!expected.empty()) finish();
+      if (!to.empty()) replace();
+      from += rest(line);
+    } else if (line[0] == '+') {
+      to += rest(line);
+    } else if (line[0] == '=') {
+      replace();
+      expected += "net.PD:" + rest(line);
+    }
+  }
+  finish();
+  EXPECT_GT(mistakes, 100);
+}
+
+TEST(StrictReader, ShowsTwentyOfManyFaults) {
+  std::string text = "PLACES: 1\nTRANSITIONS: 1\n", told;
+  for (int i = 0; i < 30; ++i) text += "FUNCTION nobody" + std::to_string(i) + " 1;\n";
+  text += "DESCRIPTION: " + std::string(102400, 'x') + "\n";
+  Read(text, &told);
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 21) << told;
+  EXPECT_TRUE(told.ends_with("net.PD: 33 errors in all\n")) << told;
+  Read(text.substr(text.find("DESC")), &told);
+  EXPECT_NE(told.find("1:1: error: the section has 102413 characters, 102400 are the most"),
+            std::string::npos);
+}
+
+TEST(StrictReader, RefusesTheseGoldenNets) {
+  std::vector<fs::path> directories(fs::directory_iterator(fs::path(TESTS_DIRECTORY) / "golden"), {});
+  std::sort(directories.begin(), directories.end());
+  std::string refused, told;
+  for (const fs::path& directory : directories) {
+    const std::optional<std::string> text = ReadFile(directory / "net.PD");
+    if (!text || Read(*text, &told)) continue;
+    refused += directory.filename().string() + told.substr(6, told.find('\n') - 5);
+  }
+  EXPECT_EQ(refused, ReadFile(kKept / "refused_golden_nets.txt"));
+}
+
+TEST(StrictReader, NumbersAndNearNames) {
+  for (const char* text : {"0", "7", "9223372036854775807"}) EXPECT_TRUE(PlainDecimal(text)) << text;
+  for (const char* text : {"", "00", "+1", "-1", "1.", "0x1", "1e3", " 1", "9223372036854775808"}) {
+    EXPECT_FALSE(PlainDecimal(text)) << text;
+  }
+  for (const char* text : {"1", "-.5", "+2.", "1e-3"}) EXPECT_TRUE(PlainReal(text)) << text;
+  for (const char* text : {"", "+", "+-1", "nan", "inf", "0x1p3", "1e999", "1,5", "1e"}) {
+    EXPECT_FALSE(PlainReal(text)) << text;
+  }
+  EXPECT_EQ(EditDistance("robot", "robto", 2), 1u);
+  EXPECT_EQ(EditDistance("robot", "rob", 2), 2u);
+  EXPECT_EQ(EditDistance("robot", "mill", 2), 3u);
+  EXPECT_EQ(NearestName("ROBOT", {"mill", "robots", "robot"}), "robot");
+  EXPECT_EQ(NearestName("x", {"y", "xy"}), "");
 }
 
 }  // namespace

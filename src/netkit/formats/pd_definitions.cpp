@@ -122,20 +122,28 @@ bool PdNetBuilder::TakeCardinality(PdScanner& words) {
   const std::optional<size_t> kind = OneOf(group, "group of arcs", {"INPARC", "OUTPARC", "INHARC"});
   const std::optional<int32_t> transitionNumber = NumberOf(transitions_, transitionName);
   const std::optional<int32_t> place = NumberOf(places_, placeName);
-  if (!kind || !transitionNumber || !place) return text.has_value();
+  if (!transitionNumber) return text.has_value();
   Transition& transition = net_.transitions[static_cast<size_t>(*transitionNumber)];
+  ArcFaults& faults = arcFaults_[static_cast<size_t>(*transitionNumber)];
   std::vector<Arc>* const groups[] = {&transition.inputs, &transition.outputs, &transition.inhibitors};
-  std::vector<Arc>& arcs = *groups[*kind];
-  const auto arc = std::find_if(arcs.begin(), arcs.end(), [&](const Arc& a) { return a.place == *place; });
-  if (arc == arcs.end()) {
+  Arc* arc = nullptr;
+  if (kind && place) {
+    std::vector<Arc>& arcs = *groups[*kind];
+    const auto found =
+        std::find_if(arcs.begin(), arcs.end(), [&](const Arc& a) { return a.place == *place; });
+    if (found != arcs.end()) arc = &*found;
+  }
+  if (arc == nullptr || !arc->markingDependent) faults.inCardinalities = true;
+  if (!kind || !place) return text.has_value();
+  if (arc == nullptr && !faults.inArcs) {
     Error(group.where, "the transition " + Quoted(transitionName.text) + " has no such arc to " +
                            Quoted(placeName.text) + "; correct the group, the names or the arcs");
-  } else if (!arc->markingDependent) {
+  } else if (arc != nullptr && !arc->markingDependent) {
     Error(group.where, "the arc has the multiplicity " + std::to_string(arc->weight) +
                            "; write <MD> there, or remove the text");
-  } else if (!arc->weightText.empty()) {
+  } else if (arc != nullptr && !arc->weightText.empty()) {
     Error(group.where, "a second multiplicity for this arc; remove one");
-  } else {
+  } else if (arc != nullptr) {
     arc->weightText = text.value_or(kFaultyText);
   }
   return text.has_value();
@@ -159,7 +167,8 @@ void PdNetBuilder::CheckTexts() {
                                  "; add one, or write a number in place of <MD>");
     }
   }
-  for (const Transition& transition : net_.transitions) {
+  for (size_t t = 0; t < net_.transitions.size(); ++t) {
+    const Transition& transition = net_.transitions[t];
     const TransitionDelay::Kind kind = transition.delay.kind;
     const bool isText =
         kind == TransitionDelay::Kind::kMarkingDependent || kind == TransitionDelay::Kind::kDistribution;
@@ -171,7 +180,8 @@ void PdNetBuilder::CheckTexts() {
     }
     for (const std::vector<Arc>* arcs : {&transition.inputs, &transition.outputs, &transition.inhibitors}) {
       for (const Arc& arc : *arcs) {
-        if (explained || !arc.markingDependent || !arc.weightText.empty()) continue;
+        if (explained || arcFaults_[t].inCardinalities || !arc.markingDependent || !arc.weightText.empty())
+          continue;
         Error(arc.where,
               "no CARDINALITY gives the multiplicity of this arc; add one, or write a number in place "
               "of <MD>");

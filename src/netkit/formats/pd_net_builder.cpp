@@ -31,10 +31,6 @@ std::string InLine(SourcePosition where) {
 }  // namespace
 
 void PdNetBuilder::Take(const PdSection& section) {
-  if (section.isBroken) {
-    if (Table* const table = TableOf(section.keyword); table != nullptr) ++table->given;
-    return;
-  }
   PdScanner words(section.lines);
   PdKeyword keyword = section.keyword;
   SourcePosition where = section.where;
@@ -52,22 +48,6 @@ void PdNetBuilder::Take(const PdSection& section) {
     where = misspelt->where;
     Error(where, Quoted(misspelt->text) + " begins no section; did you mean " + Quoted(Name(keyword)) + "?");
     words.Next();
-  }
-}
-
-/// The things that a section of the keyword gives one of, if any.
-PdNetBuilder::Table* PdNetBuilder::TableOf(PdKeyword keyword) {
-  switch (keyword) {
-    case PdKeyword::kPlace:
-      return &places_;
-    case PdKeyword::kTransition:
-      return &transitions_;
-    case PdKeyword::kDefinitionParameter:
-      return &parameters_;
-    case PdKeyword::kMeasure:
-      return &measures_;
-    default:
-      return nullptr;
   }
 }
 
@@ -174,8 +154,9 @@ bool PdNetBuilder::TakePlace(SourcePosition where, PdScanner& words) {
     words.Next();
   }
   if (count % 2 != 0) {
-    Error(marking.where, "behind " + Quoted(marking.text) + " stand " + std::to_string(count) +
-                             " coordinates instead of 0, 2 or 4; was the number of tokens forgotten?");
+    Error(marking.where, "behind " + Quoted(marking.text) + (count == 1 ? " stands " : " stand ") +
+                             Counted(static_cast<int64_t>(count), "coordinate") +
+                             " instead of 0, 2 or 4; was the number of tokens forgotten?");
     return false;
   }
   if (count >= 2) place.position = {values[0], values[1]};

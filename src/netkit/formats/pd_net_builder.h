@@ -40,11 +40,15 @@ class PdNetBuilder {
     bool orderReported = false;
     std::unordered_map<std::string_view, int32_t> numbers = {};
   };
-  Table* TableOf(PdKeyword keyword);
   /// A name that was not declared above where it was used.
   struct Unknown {
     const Table* table;
     PdWord name;
+  };
+  /// What was reported of a transition and explains what is missing elsewhere.
+  struct ArcFaults {
+    bool inArcs = false;           ///< it may lack arcs that the file has
+    bool inCardinalities = false;  ///< a CARDINALITY of it found no arc that waits for one
   };
   /// A named text: "NAME TEXT;".
   struct Definition {
@@ -106,6 +110,7 @@ class PdNetBuilder {
   Table parameters_{"parameter", PdKeyword::kDefinitionParameters};
   Table measures_{"measure", PdKeyword::kRewardMeasures};
   std::vector<Unknown> unknown_;
+  std::vector<ArcFaults> arcFaults_;  ///< by transition
   SourcePosition netTypeWhere_, descriptionWhere_;
   int64_t groups_ = 0;                 ///< groups of arcs so far
   std::vector<int64_t> groupOfPlace_;  ///< by place: the last group that has an arc to it

@@ -122,13 +122,13 @@ bool PdSectionCutter::NextLine(PdLine& line) {
 /// Begins the section with the line, whose first characters are the keyword or stand for it.
 void PdSectionCutter::Begin(PdKeyword keyword, size_t length, const PdLine& line, PdSection& section) {
   section.keyword = keyword;
-  section.isBroken = false;
   section.where = line.where;
   const auto columns = static_cast<int32_t>(length);
   section.lines.assign(1, {line.text.substr(length), {line.where.line, line.where.column + columns}});
 }
 
-/// Reports a word that only begins like the keyword, and begins the section that was probably meant.
+/// Reports a word that only begins like the keyword, and begins the section that was probably meant: that of
+/// a near keyword, or of this one with a name right behind it.
 void PdSectionCutter::BeginLonger(PdKeyword keyword, const PdLine& line, PdSection& section) {
   const std::string_view word = FirstWord(line.text);
   const std::optional<PdKeyword> meant = NearestKeyword(word);
@@ -136,12 +136,7 @@ void PdSectionCutter::BeginLonger(PdKeyword keyword, const PdLine& line, PdSecti
       line.where,
       Quoted(word) + " is no keyword, but the report program takes it for " + std::string(TextOf(keyword)) +
           (meant ? "; did you mean " + Quoted(TextOf(*meant)) + "?" : "; put a blank behind the keyword"));
-  if (meant) {
-    Begin(*meant, word.size(), line, section);
-  } else {
-    Begin(keyword, TextOf(keyword).size(), line, section);
-    section.isBroken = true;
-  }
+  Begin(meant.value_or(keyword), meant ? word.size() : TextOf(keyword).size(), line, section);
 }
 
 /// Reports a line before the first section. True when it has begun the section that was probably meant.

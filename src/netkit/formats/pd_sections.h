@@ -51,7 +51,6 @@ struct PdLine {
 
 struct PdSection {
   PdKeyword keyword = PdKeyword::kNetType;
-  bool isBroken = false;      ///< its keyword was reported, and nobody knows what was meant
   SourcePosition where;       ///< of the keyword
   std::vector<PdLine> lines;  ///< the first is what follows the keyword on its line
 };

@@ -17,6 +17,18 @@ constexpr int64_t kGreatest = std::numeric_limits<int32_t>::max();
 constexpr std::string_view kMarkingDependent = "<MD>";
 constexpr std::string_view kInputs = "INPARCS", kOutputs = "OUTPARCS", kInhibitors = "INHARCS";
 
+/// The keyword of a group of arcs that the word is or was probably meant for; empty for other words.
+std::string_view NearestGroup(std::string_view word) {
+  if (word.empty() || std::isalpha(static_cast<unsigned char>(word[0])) == 0) return {};
+  return NearestName(word, {kInputs, kOutputs, kInhibitors});
+}
+
+/// Whether the next words can be an arc without path points.
+bool IsWholeArc(PdScanner words) {
+  const std::string_view weight = words.Next().text, place = words.Next().text, points = words.Next().text;
+  return IsPlainDecimal(weight) && !place.empty() && IsPlainDecimal(points);
+}
+
 }  // namespace
 
 bool PdNetBuilder::TakeTransition(SourcePosition where, PdScanner& words) {
@@ -24,18 +36,18 @@ bool PdNetBuilder::TakeTransition(SourcePosition where, PdScanner& words) {
   Transition& transition = net_.transitions.emplace_back();
   transition.name = words.Peek().text;
   transition.where = words.Peek().where;
-  return TakeHead(words, transition) && TakeArcs(words, kInputs, kOutputs, transition.inputs) &&
-         TakeArcs(words, kOutputs, kInhibitors, transition.outputs) &&
-         TakeArcs(words, kInhibitors, {}, transition.inhibitors);
+  const bool whole = TakeHead(words, transition) && TakeArcs(words, kInputs, kOutputs, transition.inputs) &&
+                     TakeArcs(words, kOutputs, kInhibitors, transition.outputs) &&
+                     TakeArcs(words, kInhibitors, {}, transition.inhibitors);
+  arcFaults_.emplace_back().inArcs = !whole;
+  return whole;
 }
 
 bool PdNetBuilder::TakeHead(PdScanner& words, Transition& transition) {
   constexpr size_t kShort = 13, kLong = 16, kPolicyWord = 4;
   std::vector<PdWord> head;
   while (head.size() < kLong + 1 && !words.AtEnd()) {
-    const std::string_view next = words.Peek().text;
-    const bool groupsBegin = next == kInputs || next == kOutputs || next == kInhibitors;
-    if (groupsBegin && head.size() > kPolicyWord) break;
+    if (head.size() > kPolicyWord && !NearestGroup(words.Peek().text).empty()) break;
     head.push_back(words.Next());
   }
   if (head.size() != kShort && head.size() != kLong) {
@@ -110,7 +122,9 @@ bool PdNetBuilder::TakeDelay(const PdWord& word, Transition& transition) {
 bool PdNetBuilder::TakeArcs(PdScanner& words, std::string_view keyword, std::string_view next,
                             std::vector<Arc>& arcs) {
   const PdWord word = words.Peek();
-  if (word.text != keyword) {
+  if (word.text != keyword && NearestGroup(word.text) == keyword) {
+    Error(word.where, Quoted(word.text) + " begins no group of arcs; did you mean " + Quoted(keyword) + "?");
+  } else if (word.text != keyword) {
     Error(word.where, (word.text.empty() ? "the section ends here" : Quoted(word.text) + " stands here") +
                           " in place of the group " + std::string(keyword) +
                           "; write the groups INPARCS, OUTPARCS and INHARCS in this order");
@@ -126,13 +140,12 @@ bool PdNetBuilder::TakeArcs(PdScanner& words, std::string_view keyword, std::str
   const auto arcFollows = [&words] {
     const PdWord ahead = words.Peek();
     const bool misspelt = ahead.startsLine && NearestKeyword(ahead.text);
-    return !ahead.text.empty() && !misspelt &&
-           NearestName(ahead.text, {kInputs, kOutputs, kInhibitors}).empty();
+    return !ahead.text.empty() && !misspelt && NearestGroup(ahead.text).empty();
   };
   int64_t given = 0;
   for (; arcFollows(); ++given) {
     // Behind the last group anything may be left over; behind the others only arcs stand before the next.
-    if (given >= *announced && next.empty() && !IsPlainDecimal(words.Peek().text)) break;
+    if (given >= *announced && next.empty() && !IsWholeArc(words)) break;
     if (!TakeArc(words, arcs)) return false;
   }
   if (given == *announced) return true;
