@@ -167,7 +167,7 @@ TEST(Limits, AnInterruptedSolveLeavesTheOldReport) {
       const fs::path report = model.path() / "net.siphons";
       WriteNet(model.path(), ChoicesNet(12));
       if (hasOld) WriteFile(report, old);
-      EXPECT_EQ(SignalAtWork(model.path(), {SIPHONS_PROGRAM, "net"}, signal), -signal);
+      EXPECT_EQ(SignalAtWork(model.path(), {SIPHONS_PROGRAM, "net"}, signal, Fate::kEndsIt), -signal);
       EXPECT_EQ(ReadFile(report), hasOld ? std::optional(old) : std::nullopt);
     }
   }

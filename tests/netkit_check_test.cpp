@@ -76,7 +76,7 @@ TEST_F(Endless, StopsAtTheTimeLimitAndWhenInterrupted) {
   const Json answer = Json::parse(outcome.out);
   EXPECT_EQ(answer["verdict"], "undecided");
   EXPECT_EQ(answer["reason"], "time limit");
-  EXPECT_EQ(SignalAtWork(model_.path(), {NETKIT_PROGRAM, "check", "net"}, SIGINT), 11);
+  EXPECT_EQ(SignalAtWork(model_.path(), {NETKIT_PROGRAM, "check", "net"}, SIGINT, Fate::kIsCaught), 11);
 }
 
 TEST_F(Endless, ShowsProgressOnATerminal) {

@@ -149,7 +149,8 @@ TEST_F(Ring, StopsAtTheTimeLimit) {
 TEST_F(Ring, InterruptedItWritesWhatItFound) {
   for (const int signal : {SIGINT, SIGTERM}) {
     const fs::path answer = model_.path() / "answer";
-    EXPECT_EQ(SignalAtWork(model_.path(), {NETKIT_PROGRAM, "siphons", "net", "-o", answer.c_str()}, signal),
+    EXPECT_EQ(SignalAtWork(model_.path(), {NETKIT_PROGRAM, "siphons", "net", "-o", answer.c_str()}, signal,
+                           Fate::kIsCaught),
               3);
     const std::string text = ReadFile(answer).value_or("");
     EXPECT_NE(text.find(" (incomplete: interrupted)\n"), std::string::npos);

@@ -23,14 +23,26 @@ inline Outcome RunProgram(const std::string& environment, const std::string& pro
 
 /// Memory that only a program at work has, not one that starts or reads a small file.
 #ifdef __SANITIZE_ADDRESS__
-inline constexpr int kMegabytesAtWork = 40;
+inline constexpr int64_t kBytesAtWork = int64_t{40} << 20;
 #else
-inline constexpr int kMegabytesAtWork = 12;
+inline constexpr int64_t kBytesAtWork = int64_t{12} << 20;
 #endif
 
-/// Runs a command on a model directory and sends it the signal once it is at work. Returns how it ended, as
-/// Outcome::status tells it; a failure when it ends by itself.
-inline int SignalAtWork(const fs::path& model, std::vector<std::string> command, int signal) {
+/// What becomes of a signal that a program gets.
+enum class Fate { kEndsIt, kIsCaught };
+
+/// Whether the process, given by its folder in /proc, has a handler for the signal.
+inline bool Catches(const fs::path& process, int signal) {
+  const std::string status = ReadFile(process / "status").value_or(""), name = "SigCgt:";
+  const size_t at = status.find(name);
+  return at != std::string::npos &&
+         (std::stoull(status.substr(at + name.size()), nullptr, 16) >> (signal - 1) & 1) != 0;
+}
+
+/// Runs a command on a model directory and sends it the signal once it is at work: one that catches the
+/// signal has its handler then, and has taken memory since. Returns how it ended, as Outcome::status tells
+/// it; a failure when it ends by itself.
+inline int SignalAtWork(const fs::path& model, std::vector<std::string> command, int signal, Fate fate) {
   const pid_t process = fork();
   if (process == 0) {
     setenv("MODELDIR", model.c_str(), 1);
@@ -40,17 +52,20 @@ inline int SignalAtWork(const fs::path& model, std::vector<std::string> command,
     execv(arguments[0], arguments.data());
     _exit(1);
   }
+  constexpr int64_t kGrowth = int64_t{4} << 20;
   const fs::path about = "/proc/" + std::to_string(process);
-  const long page = sysconf(_SC_PAGESIZE);
+  const int64_t page = sysconf(_SC_PAGESIZE);
   int status = 0;
+  int64_t atWork = fate == Fate::kEndsIt ? kBytesAtWork : 0;  // not known before the handler is there
   bool sent = false;
   while (!sent && waitpid(process, &status, WNOHANG) == 0) {
     // First whether it runs already: until then the numbers are those of this process.
     std::error_code none;
     const bool started = fs::read_symlink(about / "exe", none) == fs::canonical(command[0]);
-    long size = 0, resident = 0;
+    int64_t size = 0, resident = 0;
     std::istringstream(ReadFile(about / "statm").value_or("")) >> size >> resident;
-    sent = started && resident * page >= kMegabytesAtWork << 20;
+    if (started && atWork == 0 && Catches(about, signal)) atWork = resident * page + kGrowth;
+    sent = started && atWork != 0 && resident * page >= atWork;
     if (!sent) usleep(1000);
   }
   EXPECT_TRUE(sent) << "ended by itself";
