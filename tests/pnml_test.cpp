@@ -130,8 +130,8 @@ TEST(Pnml, DamagedAndHostileFilesEndInAnError) {
   std::string nested, text = "<pnml><net id='n'><place id='p'/><transition id='t'/></net></pnml>\n";
   for (int i = 0; i < 1'000'000; ++i) nested += "<a>";
   const std::string cases[] = {nested,
-                               "<!DOCTYPE lolz [<!ENTITY lol \"lol\"><!ENTITY lol2 \"&lol;&lol;\">]>" + text,
-                               "\xff\xfe<\0p",
+                               R"(<!DOCTYPE lolz [<!ENTITY lol "lol"><!ENTITY lol2 "&lol;&lol;">]>)" + text,
+                               std::string("\xff\xfe<\0p", 5),
                                "<pnml/>",
                                "<?xml version='1.0' encoding='UTF-16'?>" + text,
                                text + text,

@@ -126,8 +126,9 @@ SIPHONS_AVX2 inline uint32_t LaneSigns(__m256i low, __m256i high) {
 }
 
 /// For each set of lanes, as a mask of eight bits: its lanes in ascending order.
-constexpr auto kLanesOf = [] {
-  std::array<std::array<uint8_t, kBlockPatterns>, 256> lanes{};
+using LanesOfSets = std::array<std::array<uint8_t, kBlockPatterns>, 256>;
+constexpr LanesOfSets ListLanes() {
+  LanesOfSets lanes{};
   for (size_t set = 0; set < lanes.size(); ++set) {
     size_t count = 0;
     for (uint8_t lane = 0; lane < kBlockPatterns; ++lane) {
@@ -135,7 +136,8 @@ constexpr auto kLanesOf = [] {
     }
   }
   return lanes;
-}();
+}
+constexpr LanesOfSets kLanesOf = ListLanes();
 
 /// Appends the patterns 8 * block + i of the bits i set in `selected`.
 SIPHONS_AVX2 inline size_t Append(uint32_t block, uint32_t selected, uint32_t* out, size_t found) {
@@ -278,13 +280,16 @@ SIPHONS_AVX512 size_t FirstHolding(PatternBlocks patterns, size_t blockCount, co
 #endif
 
 template <size_t kWords>
-constexpr std::array<BitKernels, 3> kVersions{{
-    {portable::SelectSharing<kWords>, portable::SelectHolding<kWords>, portable::FirstHolding<kWords>},
+const BitKernels& Kernels(InstructionSet set) {
+  static constexpr std::array<BitKernels, 3> versions{{
+      {portable::SelectSharing<kWords>, portable::SelectHolding<kWords>, portable::FirstHolding<kWords>},
 #ifdef SIPHONS_X86_KERNELS
-    {avx2::SelectSharing<kWords>, avx2::SelectHolding<kWords>, avx2::FirstHolding<kWords>},
-    {avx512::SelectSharing<kWords>, avx512::SelectHolding<kWords>, avx512::FirstHolding<kWords>},
+      {avx2::SelectSharing<kWords>, avx2::SelectHolding<kWords>, avx2::FirstHolding<kWords>},
+      {avx512::SelectSharing<kWords>, avx512::SelectHolding<kWords>, avx512::FirstHolding<kWords>},
 #endif
-}};
+  }};
+  return versions[static_cast<size_t>(set)];
+}
 
 }  // namespace
 
@@ -312,10 +317,9 @@ InstructionSet BestInstructionSet() {
 }
 
 const BitKernels& KernelsFor(InstructionSet set, size_t wordCount) {
-  const size_t version = static_cast<size_t>(set);
-  if (wordCount == 1) return kVersions<1>[version];
-  if (wordCount == 2) return kVersions<2>[version];
-  return kVersions<0>[version];
+  if (wordCount == 1) return Kernels<1>(set);
+  if (wordCount == 2) return Kernels<2>(set);
+  return Kernels<0>(set);
 }
 
 }  // namespace siphons

@@ -130,6 +130,12 @@ class Names(Page):
 
 
 class Large(Page):
+    def test_tokens_are_exact(self):
+        # 2^53 + 1 is the first whole number that a script's plain numbers cannot hold.
+        self.draw_text(net_text({"many": 2**53 + 2, "key": 1}, {"open": (["many", "key"], [])}))
+        self.browser.click("#last")
+        self.assertEqual(self.browser.run(TOKENS), {"many": f"{2**53 + 1} tokens"})
+
     def test_many_places_and_many_siphons(self):
         # A chain of 250 pairs of places: 2^13 minimal siphons in its first part, a long cycle in the rest.
         pairs = 13

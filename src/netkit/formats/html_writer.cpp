@@ -41,22 +41,26 @@ std::string HashOf(const PageResource& resource) {
   return "'sha256-" + Base64OfHex(resource.sha256) + "'";
 }
 
+/// Tokens and weights are text in the page's data, since a script's plain numbers are exact only up to 2^53.
 Json ArcsJson(const std::vector<Arc>& arcs) {
   Json list = Json::array();
-  for (const Arc& arc : arcs) list.push_back({arc.place, arc.weight});
+  for (const Arc& arc : arcs) list.push_back({arc.place, std::to_string(arc.weight)});
   return list;
 }
 
 std::string DataOf(const PetriNet& net, const PictureOptions& options, const PageContent& content) {
   Json places = Json::array(), transitions = Json::array(), siphons = Json::array(), shown = Json::array();
-  for (const Place& place : net.places) places.push_back({{"name", place.name}, {"tokens", place.tokens}});
+  for (const Place& place : net.places) {
+    places.push_back({{"name", place.name}, {"tokens", std::to_string(place.tokens)}});
+  }
   for (const Transition& transition : net.transitions) {
     transitions.push_back({{"name", transition.name},
                            {"inputs", ArcsJson(transition.inputs)},
                            {"outputs", ArcsJson(transition.outputs)}});
   }
   for (const PageSiphon& siphon : content.siphons) {
-    siphons.push_back({{"places", siphon.places}, {"tokens", siphon.tokens}, {"status", siphon.status}});
+    siphons.push_back(
+        {{"places", siphon.places}, {"tokens", std::to_string(siphon.tokens)}, {"status", siphon.status}});
   }
   for (const Highlight& highlight : options.highlights) {
     for (const int32_t p : highlight.places) shown.push_back(p);

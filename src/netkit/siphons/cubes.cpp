@@ -51,7 +51,8 @@ std::vector<SiphonJob> JobsOfPart(std::vector<SiphonJob> jobs, int32_t part, int
     SiphonJob job = std::move(open.front());
     open.pop_front();
     bool isSmall = false;
-    for (SiphonJob& piece : Cut(std::move(job), isSmall)) {
+    std::vector<SiphonJob> pieces = Cut(std::move(job), isSmall);
+    for (SiphonJob& piece : pieces) {
       if (isSmall) {
         small.push_back(std::move(piece));
       } else {

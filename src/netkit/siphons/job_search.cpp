@@ -129,12 +129,12 @@ uint32_t JobSearch::FirstLacking() {
 
 bool JobSearch::IsSupported(uint32_t transition) {
   if (search_.IsTrue(Holds(support_[transition]))) return true;
-  for (const Variable p : arcs_.transitions[transition].inputs) {
-    if (!search_.IsTrue(Holds(p))) continue;
-    support_[transition] = p;
-    return true;
-  }
-  return false;
+  const auto& inputs = arcs_.transitions[transition].inputs;
+  const auto held =
+      std::find_if(inputs.begin(), inputs.end(), [this](Variable p) { return search_.IsTrue(Holds(p)); });
+  if (held == inputs.end()) return false;
+  support_[transition] = *held;
+  return true;
 }
 
 /// The input place that costs most to hold: it has the most transitions that fill it and take from no held

@@ -166,7 +166,8 @@ void StateEquation::RequireDead() {
   for (const Transition& transition : net_.transitions) {
     if (ArcsSayAll(transition)) clauses.push_back(HeldUp(transition));
   }
-  for (const Clause& clause : Strongest(std::move(clauses), net_.places.size())) {
+  clauses = Strongest(std::move(clauses), net_.places.size());
+  for (const Clause& clause : clauses) {
     z3::expr_vector conditions(z3_->context);
     for (const Condition& condition : clause) conditions.push_back(z3_->Express(condition));
     z3_->solver.add(z3::mk_or(conditions));

@@ -28,7 +28,7 @@ function showPlaces(places) {
 }
 
 const namesOf = (places) => places.map((place) => data.places[place].name).join(" ");
-const count = (number, word) => number + " " + word + (number === 1 ? "" : "s");
+const count = (number, word) => number + " " + word + (String(number) === "1" ? "" : "s");
 const summaryOf = (siphon) => count(siphon.places.length, "place") + ", " + count(siphon.tokens, "token") +
   (siphon.status ? ", " + siphon.status : "");
 
@@ -38,13 +38,15 @@ const rowHeight = 44;
 const list = byId("list");
 const rows = byId("rows");
 const numbers = data.siphons.map((siphon, number) => number);
+const siphonTokens = data.siphons.map((siphon) => BigInt(siphon.tokens));
+const compare = (a, b) => (a < b ? -1 : Number(a > b));
 let shown = numbers;
 let chosen = -1;
 
 const orders = {
   number: (a, b) => a - b,
   size: (a, b) => data.siphons[a].places.length - data.siphons[b].places.length || a - b,
-  tokens: (a, b) => data.siphons[a].tokens - data.siphons[b].tokens || a - b,
+  tokens: (a, b) => compare(siphonTokens[a], siphonTokens[b]) || a - b,
   status: (a, b) => data.siphons[a].status.localeCompare(data.siphons[b].status) || a - b,
 };
 
@@ -139,11 +141,11 @@ new ResizeObserver(renderRows).observe(list);
 
 // ---- The firing sequence
 
-const markings = [data.places.map((place) => place.tokens)];
+const markings = [data.places.map((place) => BigInt(place.tokens))];
 for (const number of data.sequence) {
   const marking = markings[markings.length - 1].slice();
-  data.transitions[number].inputs.forEach(([place, weight]) => { marking[place] -= weight; });
-  data.transitions[number].outputs.forEach(([place, weight]) => { marking[place] += weight; });
+  data.transitions[number].inputs.forEach(([place, weight]) => { marking[place] -= BigInt(weight); });
+  data.transitions[number].outputs.forEach(([place, weight]) => { marking[place] += BigInt(weight); });
   markings.push(marking);
 }
 let step = 0;
@@ -168,16 +170,17 @@ function showTokens(place, tokens) {
   const spots = [[0, 0], [-6, -6], [6, 6], [6, -6], [-6, 6]];
   const group = node.querySelector(".tokens");
   group.replaceChildren();
-  node.classList.toggle("marked", tokens > 0);
+  node.classList.toggle("marked", tokens > 0n);
   node.querySelector("title").textContent = data.places[place].name + ": " + count(tokens, "token");
-  if (tokens > 5) {
+  if (tokens > 5n) {
     const text = make("text", {x, y: y + 4});
     text.textContent = String(tokens);
     group.append(text);
     return;
   }
-  const first = tokens % 2 === 0 ? 1 : 0;
-  for (let i = first; i < first + tokens; ++i) {
+  const dots = Number(tokens);
+  const first = dots % 2 === 0 ? 1 : 0;
+  for (let i = first; i < first + dots; ++i) {
     group.append(make("circle", {cx: x + spots[i][0], cy: y + spots[i][1], r: 2.8}));
   }
 }
