@@ -12,6 +12,7 @@ namespace siphons {
 
 void AddMinimalSets(CLI::App& app, bool traps, int32_t& status);
 void AddCheck(CLI::App& app, int32_t& status);
+void AddMonitors(CLI::App& app, int32_t& status);
 void AddInfo(CLI::App& app, int32_t& status);
 void AddLint(CLI::App& app, int32_t& status);
 void AddConvert(CLI::App& app, int32_t& status);

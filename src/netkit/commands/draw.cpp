@@ -19,6 +19,7 @@
 #include "netkit/formats/html_writer.h"
 #include "netkit/formats/layout.h"
 #include "netkit/formats/svg_writer.h"
+#include "netkit/model/monitor_names.h"
 #include "netkit/siphons/minimal_siphons.h"
 #include "netkit/verdict/siphon_status.h"
 #include "netkit/verdict/verdict.h"
@@ -67,6 +68,7 @@ std::string ClassOfSiphon(size_t index) {
 /// What --siphon and --places ask for.
 PictureOptions PictureOptionsOf(const PetriNet& net, const DrawOptions& options, const SiphonList& siphons) {
   PictureOptions picture;
+  for (const Place& place : net.places) picture.monitors.push_back(IsMonitorName(place.name));
   if (options.siphon > 0) {
     const auto index = static_cast<size_t>(options.siphon - 1);
     if (index >= siphons.sets.size()) {

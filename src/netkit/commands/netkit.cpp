@@ -61,7 +61,7 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   int32_t status = kComplete;
   for (const bool traps : {false, true}) AddMinimalSets(app, traps, status);
   for (const auto add :
-       {AddCheck, AddDraw, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
+       {AddCheck, AddMonitors, AddDraw, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
     add(app, status);
   }
 

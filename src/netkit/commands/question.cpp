@@ -102,15 +102,25 @@ void AddCommonFlags(CLI::App& command, QuestionOptions& options) {
                    "read .PD files as siphons does, which takes damaged files for nets");
 }
 
-CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
-                      QuestionOptions& options) {
-  CLI::App* const command = app.add_subcommand(name, description);
+void AddNets(CLI::App& command, QuestionOptions& options) {
   command
-      ->add_option(
+      .add_option(
           "NET", options.nets,
           "file (.PD, .pnml, .pnml.gz), - for standard input, or a bare name: NET.PD in MODELDIR or here; "
           "one or more")
       ->required();
+}
+
+void AddTimeout(CLI::App& command, QuestionOptions& options) {
+  command.add_option("--timeout", options.timeout, "stop after this time, for each net")
+      ->check(FaultOfDuration)
+      ->type_name("SECONDS");
+}
+
+CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
+                      QuestionOptions& options) {
+  CLI::App* const command = app.add_subcommand(name, description);
+  AddNets(*command, options);
   command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
       ->type_name("FILE");
   AddCommonFlags(*command, options);
@@ -120,9 +130,7 @@ CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string&
 CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::string& description,
                           QuestionOptions& options) {
   CLI::App* const command = AddQuestion(app, name, description, options);
-  command->add_option("--timeout", options.timeout, "stop after this time, for each net")
-      ->check(FaultOfDuration)
-      ->type_name("SECONDS");
+  AddTimeout(*command, options);
   return command;
 }
 

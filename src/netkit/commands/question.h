@@ -67,6 +67,10 @@ struct Refusal {
   Json diagnostics;
 };
 
+/// Adds the nets and the time limit alone, for a subcommand that writes something else than its answer.
+void AddNets(CLI::App& command, QuestionOptions& options);
+void AddTimeout(CLI::App& command, QuestionOptions& options);
+
 /// Adds the flags that all subcommands about nets have.
 void AddCommonFlags(CLI::App& command, QuestionOptions& options);
 

@@ -1,0 +1,60 @@
+#include "netkit/verdict/marking_graph.h"
+
+#include <algorithm>
+
+namespace siphons {
+
+MarkingGraph::MarkingGraph(const FiringNet& net, int32_t most, const std::function<bool()>& stop)
+    : store_(net.Initial()) {
+  constexpr int32_t kMostNumbers = 20'000'000;  // of tokens, in all markings together
+  complete_ = Explore(net, std::min(most, kMostNumbers / std::max(1, net.PlaceCount())), stop);
+  FindWhatGoesOn();
+}
+
+bool MarkingGraph::Explore(const FiringNet& net, int32_t most, const std::function<bool()>& stop) {
+  constexpr int32_t kBetweenQuestions = 64;
+  constexpr size_t kMostFirings = 10'000'000;
+  bool all = true;
+  Marking marking = net.Initial();
+  std::vector<int32_t> enabled;
+  for (int32_t number = 0; number < Size(); ++number) {
+    if (Size() > most || firings_.size() > kMostFirings) return false;
+    if (number % kBetweenQuestions == 0 && stop()) return false;
+    Get(number, marking);
+    net.Enabled(marking, enabled);
+    for (const int32_t t : enabled) {
+      if (!net.Fire(t, marking)) {  // a number of tokens leaves 64 bits
+        all = false;
+        continue;
+      }
+      firings_.push_back({number, store_.Enter(number, net.Changes(t), marking).number});
+      net.Unfire(t, marking);
+    }
+  }
+  return all;
+}
+
+void MarkingGraph::FindWhatGoesOn() {
+  std::vector<std::vector<int32_t>> before(static_cast<size_t>(Size()));
+  std::vector<int32_t> waysOn(before.size());
+  for (const Firing& firing : firings_) {
+    before[static_cast<size_t>(firing.to)].push_back(firing.from);
+    ++waysOn[static_cast<size_t>(firing.from)];
+  }
+  goesOn_.assign(before.size(), true);
+  std::vector<int32_t> out;
+  const auto takeOut = [&](int32_t number) {
+    goesOn_[static_cast<size_t>(number)] = false;
+    out.push_back(number);
+  };
+  for (int32_t number = 0; number < Size(); ++number) {
+    if (waysOn[static_cast<size_t>(number)] == 0) takeOut(number);
+  }
+  for (size_t next = 0; next < out.size(); ++next) {
+    for (const int32_t from : before[static_cast<size_t>(out[next])]) {
+      if (--waysOn[static_cast<size_t>(from)] == 0) takeOut(from);
+    }
+  }
+}
+
+}  // namespace siphons
