@@ -1,6 +1,9 @@
-// What reading a net costs per place, at 5,000 places beside 50,000: the two agree when the reader and the
+// What reading a net costs per place, at 5,000 places beside 50,000: the two agree when the readers and the
 // structural tables take linear time.
 //
+//   Load       the report program's loader and its tables
+//   ReadPd_    netkit's strict reader of the same texts
+//   ReadPnml_  netkit's reader of the same nets in the other format
 //   ring       n places and n transitions of four arcs; markings, delays and definitions by name
 //   wide       n places in transitions of 5,000 input arcs, written in descending order
 //   per_place  processor time per place
@@ -13,6 +16,9 @@
 #include <string>
 
 #include "net/load_net.h"
+#include "netkit/formats/pd_reader.h"
+#include "netkit/formats/pnml_reader.h"
+#include "netkit/formats/pnml_writer.h"
 #include "structure/struct_IO.h"
 #include "structure/struct_vars.h"
 
@@ -57,6 +63,12 @@ std::string Wide(int64_t n) {
   return Header(n, n / kArcs, 0) + places + transitions;
 }
 
+void CountPerPlace(benchmark::State& state) {
+  state.counters["per_place"] =
+      benchmark::Counter(static_cast<double>(state.range(0)),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
 void Load(benchmark::State& state, std::string (*textOf)(int64_t)) {
   const fs::path path =
       fs::temp_directory_path() / ("siphons-bench-loader-" + std::to_string(getpid()) + ".PD");
@@ -67,13 +79,27 @@ void Load(benchmark::State& state, std::string (*textOf)(int64_t)) {
     if (no_places != state.range(0)) throw std::runtime_error("places are missing");
   }
   fs::remove(path);
-  state.counters["per_place"] =
-      benchmark::Counter(static_cast<double>(state.range(0)),
-                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  CountPerPlace(state);
+}
+
+void ReadText(benchmark::State& state, std::string (*textOf)(int64_t), bool asPnml) {
+  Diagnostics diagnostics("net");
+  std::string text = textOf(state.range(0));
+  if (asPnml) text = WritePnml(ReadPd(text, "net", diagnostics).value());
+  for (auto _ : state) {
+    const std::optional<PetriNet> net =
+        asPnml ? ReadPnml(text, diagnostics) : ReadPd(text, "net", diagnostics);
+    if (!net) throw std::runtime_error(diagnostics.Text());
+  }
+  CountPerPlace(state);
 }
 
 BENCHMARK_CAPTURE(Load, ring, Ring)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Load, wide, Wide)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadText, ReadPd_ring, Ring, false)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadText, ReadPd_wide, Wide, false)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadText, ReadPnml_ring, Ring, true)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadText, ReadPnml_wide, Wide, true)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -45,13 +45,12 @@ std::string WhyMissing(const std::string& net, const std::string& path) {
   const std::vector<std::string> names =
       NetsIn(fs::path(path).parent_path().empty() ? fs::path(".") : fs::path(path).parent_path());
   const std::string stem = fs::path(path).stem();
-  std::string why = "no such file" + DidYouMean(stem, {names.begin(), names.end()});
+  const std::string why = "no such file", near = DidYouMean(stem, {names.begin(), names.end()});
+  if (!near.empty()) return why + near;
   if (path != net && std::getenv("MODELDIR") == nullptr) {
-    why += "; name the file, or set MODELDIR to its directory";
-  } else if (path != net) {
-    why += "; NET is looked for in MODELDIR, a path needs its extension";
+    return why + "; name the file, or set MODELDIR to its directory";
   }
-  return why;
+  return why + (path == net ? "" : "; NET is looked for in MODELDIR, a path needs its extension");
 }
 
 bool LooksLikeXml(std::string_view text) {
@@ -88,8 +87,8 @@ NetReading ReadNet(const std::string& net) {
   if (!isPd && IsCompressed(*text)) {
     text = Decompressed(*text);
     if (!text) {
-      diagnostics.Error({},
-                        "the compressed file is damaged, cut short, or longer than 1 GiB; compress it again");
+      diagnostics.Error(
+          {}, "the compressed file is damaged, cut short, or longer than 256 MiB; compress it again");
       return reading;
     }
   }

@@ -20,6 +20,7 @@ constexpr std::string_view kInputs = "INPARCS", kOutputs = "OUTPARCS", kInhibito
 /// The keyword of a group of arcs that the word is or was probably meant for; empty for other words.
 std::string_view NearestGroup(std::string_view word) {
   if (word.empty() || std::isalpha(static_cast<unsigned char>(word[0])) == 0) return {};
+  if (word == kInputs || word == kOutputs || word == kInhibitors) return word;
   return NearestName(word, {kInputs, kOutputs, kInhibitors});
 }
 
@@ -139,8 +140,8 @@ bool PdNetBuilder::TakeArcs(PdScanner& words, std::string_view keyword, std::str
   // An arc begins with a number or <MD>: whatever else stands there, the group is over.
   const auto arcFollows = [&words] {
     const PdWord ahead = words.Peek();
-    const bool misspelt = ahead.startsLine && NearestKeyword(ahead.text);
-    return !ahead.text.empty() && !misspelt && NearestGroup(ahead.text).empty();
+    return !ahead.text.empty() && NearestGroup(ahead.text).empty() &&
+           !(ahead.startsLine && NearestKeyword(ahead.text));
   };
   int64_t given = 0;
   for (; arcFollows(); ++given) {

@@ -123,17 +123,19 @@ class Writer {
 /// Reports numbers that the report program does not hold.
 void CheckNumbers(const PetriNet& net, Diagnostics& diagnostics) {
   constexpr int64_t kGreatest = std::numeric_limits<int32_t>::max();
-  const auto tell = [&diagnostics](SourcePosition where, const std::string& what, int64_t number) {
-    diagnostics.Error(where, what + " of " + std::to_string(number) + "; a .PD file holds numbers up to " +
-                                 std::to_string(kGreatest));
+  const auto tell = [&diagnostics](const std::string& what, int64_t number) {
+    diagnostics.Error({}, what + " " + std::to_string(number) + "; a .PD file holds numbers up to " +
+                              std::to_string(kGreatest));
   };
   for (const Place& place : net.places) {
-    if (place.tokens > kGreatest) tell(place.where, "a number of tokens", place.tokens);
+    if (place.tokens > kGreatest) tell("the place " + Quoted(place.name) + " has the tokens", place.tokens);
   }
   for (const Transition& transition : net.transitions) {
     for (const std::vector<Arc>* arcs : {&transition.inputs, &transition.outputs, &transition.inhibitors}) {
       for (const Arc& arc : *arcs) {
-        if (arc.weight > kGreatest) tell(arc.where, "a weight", arc.weight);
+        if (arc.weight > kGreatest) {
+          tell("an arc of the transition " + Quoted(transition.name) + " has the weight", arc.weight);
+        }
       }
     }
   }

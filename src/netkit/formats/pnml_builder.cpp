@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -14,6 +15,12 @@ namespace siphons {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+
+/// What nodes and arcs may have without any effect that is not taken into account.
+constexpr std::array kKnownParts = {"name",     "graphics", "toolspecific", "initialMarking", "inscription",
+                                    "capacity", "timed",    "rate",         "infiniteServer", "priority",
+                                    "type",     "arctype",  "arcpath",      "tagged",         "orientation",
+                                    "text",     "labels"};
 
 std::string Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
@@ -39,6 +46,17 @@ std::string AsName(std::string_view label) {
 bool Is(pugi::xml_node element, const char* name) {
   const char* const colon = std::strrchr(element.name(), ':');
   return std::strcmp(colon == nullptr ? element.name() : colon + 1, name) == 0;
+}
+
+/// Where a label stands: its offset from the node. Sums of decimal fractions are rounded to millionths, so
+/// that a position comes back as it was written.
+std::optional<Point> LabelPosition(const std::optional<Point>& position, const std::optional<Point>& offset) {
+  constexpr double kMillion = 1e6, kLarge = 1e9;
+  if (!position || !offset) return std::nullopt;
+  const auto sum = [](double a, double b) {
+    return std::abs(a + b) < kLarge ? std::round((a + b) * kMillion) / kMillion : a + b;
+  };
+  return Point{sum(position->x, offset->x), sum(position->y, offset->y)};
 }
 
 /// Why the net cannot be read as a place/transition net, by its type; empty when it can.
@@ -112,11 +130,20 @@ void PnmlBuilder::TakePage(pugi::xml_node page) {
     } else if (Is(child, "toolspecific") || Is(child, "name") || Is(child, "graphics") ||
                Is(child, "token") || Is(child, "labels") || Is(child, "text")) {
       continue;
-    } else if (!std::exchange(warned_[child.name()], true)) {
-      diagnostics_.Warn(Where(child),
-                        "the element " + Quoted(child.name()) + " is not known and was left out");
+    } else if (child.attribute("source") && child.attribute("target")) {
+      Error(child, "an arc of the unknown kind " + Quoted(child.name()) +
+                       "; netkit reads normal and inhibitor arcs");
+    } else {
+      WarnOfUnknown(child);
     }
   }
+}
+
+/// Mentions the first element of each name that is left out.
+void PnmlBuilder::WarnOfUnknown(pugi::xml_node element) {
+  if (std::exchange(warned_[element.name()], true)) return;
+  diagnostics_.Warn(Where(element),
+                    "the element " + Quoted(element.name()) + " is not known and was left out");
 }
 
 PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
@@ -137,7 +164,7 @@ PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
   return &at->second;
 }
 
-/// Refuses what changes the meaning of a node beyond a place/transition net.
+/// Refuses what changes the meaning of a node or an arc beyond a place/transition net.
 void PnmlBuilder::CheckChildren(pugi::xml_node element) {
   for (const pugi::xml_node child : element.children()) {
     if (child.type() != pugi::node_element) continue;
@@ -147,6 +174,11 @@ void PnmlBuilder::CheckChildren(pugi::xml_node element) {
                        " belongs to high-level nets; unfold the net to a place/transition net first");
     } else if (Is(child, "capacity") && !value.empty() && value != "0" && !value.ends_with(",0")) {
       Error(child, "a capacity of " + Quoted(value) + "; write a place for the free room instead");
+    } else if (Is(child, "delay")) {
+      Error(child, "a time interval, which decides what can fire; netkit reads untimed and stochastic nets");
+    } else if (std::none_of(kKnownParts.begin(), kKnownParts.end(),
+                            [child](const char* known) { return Is(child, known); })) {
+      WarnOfUnknown(child);
     }
   }
   const pugi::xml_attribute invariant = element.attribute("invariant");
@@ -179,8 +211,7 @@ void PnmlBuilder::TakePlace(pugi::xml_node element) {
   place.position = PointOf(element.child("graphics").child("position"));
   if (!place.position) place.position = PointOf(element, "positionX", "positionY");
   const std::optional<Point> offset = PointOf(element.child("name").child("graphics").child("offset"));
-  if (place.position && offset)
-    place.labelPosition = {place.position->x + offset->x, place.position->y + offset->y};
+  place.labelPosition = LabelPosition(place.position, offset);
   if (const pugi::xml_node data = ToolDataOf(element))
     place.markingParameter = data.attribute("parameter").value();
 }
@@ -198,9 +229,7 @@ void PnmlBuilder::TakeTransition(pugi::xml_node element) {
   transition.position = PointOf(element.child("graphics").child("position"));
   if (!transition.position) transition.position = PointOf(element, "positionX", "positionY");
   const std::optional<Point> offset = PointOf(element.child("name").child("graphics").child("offset"));
-  if (transition.position && offset) {
-    transition.labelPosition = {transition.position->x + offset->x, transition.position->y + offset->y};
-  }
+  transition.labelPosition = LabelPosition(transition.position, offset);
   TakeDelayed(element);
 }
 
@@ -209,8 +238,12 @@ void PnmlBuilder::TakeDelayed(pugi::xml_node element) {
   Transition& transition = net_.transitions.back();
   const pugi::xml_node timed = element.child("timed");
   if (timed && ValueOf(timed) == "false") transition.kind = TransitionKind::kImmediate;
-  if (const pugi::xml_node rate = element.child("rate"))
-    transition.delay.value = PlainReal(ValueOf(rate)).value_or(1);
+  if (const pugi::xml_node rate = element.child("rate")) {
+    const std::optional<double> value = PlainReal(ValueOf(rate));
+    if (!value)
+      diagnostics_.Warn(Where(rate), "the rate " + Quoted(ValueOf(rate)) + " is no number, 1 is taken");
+    transition.delay.value = value.value_or(1);
+  }
   transition.infiniteServer = ValueOf(element.child("infiniteServer")) == "true";
   if (const pugi::xml_node priority = element.child("priority")) {
     const auto value = Count(priority, ValueOf(priority), "priority", 0);

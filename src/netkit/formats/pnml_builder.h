@@ -41,6 +41,7 @@ class PnmlBuilder {
   void TakeReference(pugi::xml_node element);
   Node* Declare(pugi::xml_node element, NodeKind kind);
   void CheckChildren(pugi::xml_node element);
+  void WarnOfUnknown(pugi::xml_node element);
   void GiveNames();
 
   // pnml_arcs.cpp: arcs.

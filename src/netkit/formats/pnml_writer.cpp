@@ -1,6 +1,7 @@
 #include "netkit/formats/pnml_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <pugixml.hpp>
 #include <sstream>
 #include <string>
@@ -36,6 +37,12 @@ pugi::xml_node AddToolData(pugi::xml_node element) {
   return data;
 }
 
+/// Rounded to millionths, as the reader rounds the sum.
+double Difference(double a, double b) {
+  constexpr double kMillion = 1e6, kLarge = 1e9;
+  return std::abs(a - b) < kLarge ? std::round((a - b) * kMillion) / kMillion : a - b;
+}
+
 /// Name, label and position, as places and transitions have them.
 template <typename Item>
 void AddNode(pugi::xml_node element, const Item& item) {
@@ -43,7 +50,8 @@ void AddNode(pugi::xml_node element, const Item& item) {
   name.append_child("text").text().set(item.name.c_str());
   if (item.position && item.labelPosition) {
     AddPoint(name.append_child("graphics"), "offset",
-             {item.labelPosition->x - item.position->x, item.labelPosition->y - item.position->y});
+             {Difference(item.labelPosition->x, item.position->x),
+              Difference(item.labelPosition->y, item.position->y)});
   }
   if (item.position) AddPoint(element.append_child("graphics"), "position", *item.position);
 }

@@ -11,7 +11,7 @@ namespace siphons {
 namespace {
 
 constexpr size_t kBlock = size_t{1} << 16;
-constexpr size_t kLongest = size_t{1} << 30;
+constexpr size_t kLongest = size_t{1} << 28;
 constexpr int kGzip = 15 + 16;  // the largest window, and the header of gzip
 
 /// Lets zlib see a text, which it does not change though its interface does not say so.

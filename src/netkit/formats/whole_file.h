@@ -12,7 +12,7 @@ std::optional<std::string> WholeFile(const std::string& path);
 /// Whether the text is compressed by gzip.
 bool IsCompressed(const std::string& text);
 
-/// The text that a gzip file holds; nothing when it is damaged, cut short, or longer than 1 GiB.
+/// The text that a gzip file holds; nothing when it is damaged, cut short, or longer than 256 MiB.
 std::optional<std::string> Decompressed(const std::string& compressed);
 
 /// The text as a gzip file.

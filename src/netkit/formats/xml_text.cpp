@@ -10,7 +10,8 @@ namespace siphons {
 namespace {
 
 constexpr int64_t kDeepest = 200;
-constexpr int64_t kMostElements = 10'000'000;  // 64 bytes and more each, once they are parsed
+constexpr int64_t kMostMarks = 10'000'000;  // 64 bytes and more each, once they are parsed
+constexpr size_t kLongestText = size_t{1} << 28;
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
@@ -89,6 +90,8 @@ class MarkScan {
     for (size_t i = text_.find_first_of("<&"); i < text_.size(); i = text_.find_first_of("<&", i)) {
       const size_t start = i;
       message = text_[i] == '&' ? TakeReference(i) : TakeMark(i);
+      if (message.empty() && marks_ > kMostMarks)
+        message = "more than 10000000 elements and attributes; this is no net that can be analysed";
       if (!message.empty()) return start;
     }
     return std::string_view::npos;
@@ -103,6 +106,7 @@ class MarkScan {
 
   std::string TakeMark(size_t& i) {
     const std::string_view rest = text_.substr(i);
+    ++marks_;
     for (const auto& [open, close] :
          {std::pair<std::string_view, std::string_view>{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}) {
       if (!rest.starts_with(open)) continue;
@@ -115,26 +119,25 @@ class MarkScan {
     if (rest.starts_with("</")) {
       --depth_;
     } else {
-      ++depth_;
-      if (++elements_ > kMostElements)
-        return "more than 10000000 elements; this is no net that can be analysed";
-      if (depth_ > kDeepest) return "elements are nested deeper than 200; this is no PNML file";
+      if (++depth_ > kDeepest) return "elements are nested deeper than 200; this is no PNML file";
     }
     const size_t end = EndOfTag(i);
-    for (size_t at = text_.find('&', i); at < end; at = text_.find('&', at)) {
+    if (end == std::string_view::npos) return "a tag without its end; is the file cut short?";
+    const std::string_view tag = text_.substr(0, end);
+    for (size_t at = tag.find('&', i); at < end; at = tag.find('&', at)) {
       if (std::string fault = TakeReference(at); !fault.empty()) return fault;
     }
     i = end;
-    if (i == std::string_view::npos) return "a tag without its end; is the file cut short?";
     if (text_[i - 1] == '/' && !rest.starts_with("</")) --depth_;
     return "";
   }
 
-  /// The offset of the tag's '>', outside quotation marks.
-  size_t EndOfTag(size_t i) const {
+  /// The offset of the tag's '>', outside quotation marks. Counts the attributes.
+  size_t EndOfTag(size_t i) {
     for (i = text_.find_first_of(">\"'", i); i < text_.size(); i = text_.find_first_of(">\"'", i + 1)) {
       if (text_[i] == '>') return i;
       i = text_.find(text_[i], i + 1);
+      ++marks_;
       if (i == std::string_view::npos) break;
     }
     return std::string_view::npos;
@@ -142,7 +145,7 @@ class MarkScan {
 
   std::string_view text_;
   int64_t depth_ = 0;
-  int64_t elements_ = 0;
+  int64_t marks_ = 0;  ///< what the parser may make a record of: tags, attributes, character data
 };
 
 }  // namespace
@@ -160,6 +163,11 @@ SourcePosition LineTable::Where(int64_t offset) const {
 }
 
 bool PrepareXml(std::string& text, Diagnostics& diagnostics) {
+  if (text.size() > kLongestText || std::count(text.begin(), text.end(), '\n') > kMostMarks) {
+    diagnostics.Error(
+        {}, "the file is longer than 256 MiB or 10000000 lines; this is no net that can be analysed");
+    return false;
+  }
   const std::string encoding = DeclaredEncoding(text);
   if (encoding == "iso-8859-1" || encoding == "latin1") {
     text = FromLatin1(text);
