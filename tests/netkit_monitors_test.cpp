@@ -63,10 +63,11 @@ TEST(NetkitMonitors, AnswersAsJson) {
 TEST(NetkitMonitors, SaysWhyNoneIsFound) {
   const Outcome held = Ask("monitors cell --uncontrollable a_pick,b_load");
   EXPECT_EQ(held.status, 10);
-  EXPECT_EQ(held.out,
-            "deadlock with 0 monitors: a monitor would have to take from uncontrollable transitions\n"
-            "No monitor controls this siphon:\nMARKING:    2 { robot mill a_on_mill b_on_robot }\n"
-            "Markings from which the net need not block: 7 of 7 are still reached\n");
+  EXPECT_EQ(
+      held.out,
+      "deadlock with 0 monitors: whatever is held up, uncontrollable transitions can lead into a deadlock\n"
+      "No monitor controls this siphon:\nMARKING:    2 { robot mill a_on_mill b_on_robot }\n"
+      "Markings from which the net need not block: 7 of 7 are still reached\n");
   const Json json = Json::parse(Ask("monitors cell --json --uncontrollable a_pick,b_load").out);
   EXPECT_EQ(json["uncontrolled_siphon"]["tokens"], 2);
   const Outcome ladder = Ask("monitors '" SOURCE_DIRECTORY "/bench/nets/s3ladder_6.PD' --max 1");

@@ -8,7 +8,6 @@ MarkingGraph::MarkingGraph(const FiringNet& net, int32_t most, const std::functi
     : store_(net.Initial()) {
   constexpr int32_t kMostNumbers = 20'000'000;  // of tokens, in all markings together
   complete_ = Explore(net, std::min(most, kMostNumbers / std::max(1, net.PlaceCount())), stop);
-  FindWhatGoesOn();
 }
 
 bool MarkingGraph::Explore(const FiringNet& net, int32_t most, const std::function<bool()>& stop) {
@@ -27,34 +26,37 @@ bool MarkingGraph::Explore(const FiringNet& net, int32_t most, const std::functi
         all = false;
         continue;
       }
-      firings_.push_back({number, store_.Enter(number, net.Changes(t), marking).number});
+      firings_.push_back({number, t, store_.Enter(number, net.Changes(t), marking).number});
       net.Unfire(t, marking);
     }
   }
   return all;
 }
 
-void MarkingGraph::FindWhatGoesOn() {
-  std::vector<std::vector<int32_t>> before(static_cast<size_t>(Size()));
+std::vector<bool> MarkingGraph::NeedNotBlock(const std::vector<bool>& uncontrollable) const {
+  std::vector<std::vector<const Firing*>> before(static_cast<size_t>(Size()));
   std::vector<int32_t> waysOn(before.size());
   for (const Firing& firing : firings_) {
-    before[static_cast<size_t>(firing.to)].push_back(firing.from);
+    before[static_cast<size_t>(firing.to)].push_back(&firing);
     ++waysOn[static_cast<size_t>(firing.from)];
   }
-  goesOn_.assign(before.size(), true);
+  std::vector<bool> goesOn(before.size(), true);
   std::vector<int32_t> out;
   const auto takeOut = [&](int32_t number) {
-    goesOn_[static_cast<size_t>(number)] = false;
+    if (!goesOn[static_cast<size_t>(number)]) return;
+    goesOn[static_cast<size_t>(number)] = false;
     out.push_back(number);
   };
   for (int32_t number = 0; number < Size(); ++number) {
     if (waysOn[static_cast<size_t>(number)] == 0) takeOut(number);
   }
   for (size_t next = 0; next < out.size(); ++next) {
-    for (const int32_t from : before[static_cast<size_t>(out[next])]) {
-      if (--waysOn[static_cast<size_t>(from)] == 0) takeOut(from);
+    for (const Firing* firing : before[static_cast<size_t>(out[next])]) {
+      const bool isLast = --waysOn[static_cast<size_t>(firing->from)] == 0;
+      if (isLast || uncontrollable[static_cast<size_t>(firing->transition)]) takeOut(firing->from);
     }
   }
+  return goesOn;
 }
 
 }  // namespace siphons

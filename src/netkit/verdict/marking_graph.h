@@ -2,7 +2,9 @@
 //
 // A net need not block at a marking from which some way on never ends. Markings without a way on are taken
 // out, then those whose ways all lead into what was taken out, and so on; from what is left the net need not
-// block. Linear in the firings of the graph. Where the limit is met, the markings that were not expanded
+// block. When some transitions cannot be held up, the net can be kept from blocking at fewer markings: a
+// marking at which one of these leads into what was taken out goes, too, and with it those that then have no
+// way on. Linear in the firings of the graph. Where the limit is met, the markings that were not expanded
 // count as blocking: what is left is then a part of the truth, and nothing else.
 #pragma once
 
@@ -26,18 +28,19 @@ class MarkingGraph {
   /// Markings have numbers in the order in which they were found.
   int32_t Size() const { return store_.Size(); }
   void Get(int32_t number, Marking& marking) const { store_.Unpack(number, marking); }
-  bool NeedNotBlock(int32_t number) const { return goesOn_[static_cast<size_t>(number)]; }
+
+  /// By marking: whether the net can go on from it for ever, and keeps to such markings whatever the given
+  /// transitions do, by transition.
+  std::vector<bool> NeedNotBlock(const std::vector<bool>& uncontrollable) const;
 
  private:
   bool Explore(const FiringNet& net, int32_t most, const std::function<bool()>& stop);
-  void FindWhatGoesOn();
 
   struct Firing {
-    int32_t from, to;
+    int32_t from, transition, to;
   };
   MarkingStore store_;
   std::vector<Firing> firings_;
-  std::vector<bool> goesOn_;
   bool complete_;
 };
 

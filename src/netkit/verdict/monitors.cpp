@@ -26,10 +26,12 @@ class Supervision {
  public:
   Supervision(const PetriNet& net, const MonitorOptions& options, const StopQuestion& stop)
       : net_(net), options_(options), question_(stop), stop_([&stop] { return stop(0); }), firingNet_(net) {
-    uncontrollable_.insert(options.uncontrollable.begin(), options.uncontrollable.end());
+    uncontrollable_.resize(net.transitions.size());
+    for (const int32_t t : options.uncontrollable) uncontrollable_[static_cast<size_t>(t)] = true;
     const std::vector<int32_t>& byLevel = firingNet_.ByLevel();
     for (const int32_t t : byLevel) {
-      if (firingNet_.Level(t) > firingNet_.Level(byLevel.back())) uncontrollable_.insert(t);
+      if (firingNet_.Level(t) > firingNet_.Level(byLevel.back()))
+        uncontrollable_[static_cast<size_t>(t)] = true;
     }
   }
 
@@ -40,25 +42,26 @@ class Supervision {
       result_.reason = result_.verdict.reason;
       return std::move(result_);
     }
-    ListGoodMarkings();
+    ListMarkings();
     while (result_.verdict.finding != Finding::kDeadlockFree && AddOne()) {
       result_.verdict = Decide(result_.net, {}, question_);
     }
     if (result_.verdict.finding == Finding::kDeadlockFree) DropRedundant();
     Number();
-    if (listed_) CountKept();
+    if (graph_ && graph_->Complete()) CountKept();
     return std::move(result_);
   }
 
  private:
-  void ListGoodMarkings() {
+  void ListMarkings() {
     if (!firingNet_.Exact()) return;
-    const MarkingGraph graph(firingNet_, kMostMarkings, stop_);
-    listed_ = graph.Complete();
+    graph_.emplace(firingNet_, kMostMarkings, stop_);
+    const std::vector<bool> isGood = graph_->NeedNotBlock(uncontrollable_);
+    canBeKept_ = isGood[0] || !graph_->Complete();
     Marking marking = firingNet_.Initial();
-    for (int32_t number = 0; number < graph.Size(); ++number) {
-      if (!graph.NeedNotBlock(number)) continue;
-      graph.Get(number, marking);
+    for (int32_t number = 0; number < graph_->Size(); ++number) {
+      if (!isGood[static_cast<size_t>(number)]) continue;
+      graph_->Get(number, marking);
       good_.push_back(marking);
     }
   }
@@ -67,7 +70,6 @@ class Supervision {
   bool AddOne() {
     const Verdict& verdict = result_.verdict;
     if (stop_()) return Give("stopped");
-    if (listed_ && good_.empty()) return Give("every way on from the initial marking ends in a deadlock");
     if (result_.monitors.size() == options_.most) return Give("the greatest number of monitors is reached");
     if (verdict.finding == Finding::kUndecided && !verdict.candidate) return Give(verdict.reason);
     const Marking& dead = verdict.finding == Finding::kDeadlock ? verdict.dead : verdict.candidate->marking;
@@ -76,12 +78,13 @@ class Supervision {
 
     best_.reset();
     fewest_ = SIZE_MAX;
+    if (!canBeKept_) return GiveUncontrolled(siphons);
     for (const PlaceList& siphon : ByMonitors(siphons)) Consider(BoundOf(siphon, dead), dead);
     if (fewest_ > 0) Consider(Weighted(OwnPlaces(shortPlaces), dead, false), dead);
     for (const bool anySign : {false, true}) {
       if (fewest_ > 0 && (!best_ || !anySign)) Consider(Weighted(AllOwnPlaces(), dead, anySign), dead);
     }
-    if (!best_) return GiveUncontrolled(siphons, dead);
+    if (!best_) return GiveUncontrolled(siphons);
     result_.monitors.push_back(std::move(*best_));
     result_.net = *WithMonitors(net_, result_.monitors);
     return true;
@@ -92,17 +95,21 @@ class Supervision {
     return false;
   }
 
-  /// Tells whether it is for the uncontrollable transitions that nothing was found.
-  bool GiveUncontrolled(const std::vector<PlaceList>& siphons, const Marking& dead) {
+  /// Tells why the dead marking cannot be excluded.
+  bool GiveUncontrolled(const std::vector<PlaceList>& siphons) {
     if (!siphons.empty()) result_.uncontrolled = siphons.front();
-    const std::set<int32_t> uncontrollable = std::exchange(uncontrollable_, {});
-    for (const PlaceList& siphon : siphons) Consider(BoundOf(siphon, dead), dead);
-    if (!best_) Consider(Weighted(AllOwnPlaces(), dead, true), dead);
-    uncontrollable_ = uncontrollable;
-    if (!best_) return Give("no weighted sum of tokens tells the dead marking from the initial one");
-    return Give(options_.uncontrollable.empty()
-                    ? "a monitor would have to hold up transitions with priority over others"
-                    : "a monitor would have to take from uncontrollable transitions");
+    const bool allControllable =
+        std::find(uncontrollable_.begin(), uncontrollable_.end(), true) == uncontrollable_.end();
+    const std::string who = options_.uncontrollable.empty() ? "transitions with priority over others"
+                                                            : "uncontrollable transitions";
+    if (canBeKept_) {
+      return Give("no weighted sum of tokens tells the dead marking from the initial one" +
+                  (allControllable ? "" : " and can be kept without holding up " + who));
+    }
+    const std::vector<bool> none(uncontrollable_.size());
+    if (!graph_->NeedNotBlock(none)[0])
+      return Give("every way on from the initial marking ends in a deadlock");
+    return Give("whatever is held up, " + who + " can lead into a deadlock");
   }
 
   /// Makes a monitor of the condition, and of it the best one until now, if it can be enforced from the
@@ -128,7 +135,7 @@ class Supervision {
       const Transition &before = net_.transitions[t], &after = net->transitions[t];
       const bool takes = after.inputs.size() > before.inputs.size();
       const bool gives = after.outputs.size() > before.outputs.size();
-      if (takes && uncontrollable_.contains(static_cast<int32_t>(t))) return false;
+      if (takes && uncontrollable_[t]) return false;
       if (takes && !IsSmall(after.inputs.back().weight)) return false;
       if (gives && !IsSmall(after.outputs.back().weight)) return false;
     }
@@ -187,7 +194,9 @@ class Supervision {
     task.initial = firingNet_.Initial();
     task.away.assign(dead.begin(), dead.begin() + firingNet_.PlaceCount());
     task.keep = good_;
-    for (const int32_t t : uncontrollable_) task.mayNotLower.push_back(firingNet_.Changes(t));
+    for (int32_t t = 0; t < firingNet_.TransitionCount(); ++t) {
+      if (uncontrollable_[static_cast<size_t>(t)]) task.mayNotLower.push_back(firingNet_.Changes(t));
+    }
     return Separate(task, stop_);
   }
 
@@ -234,15 +243,22 @@ class Supervision {
     const FiringNet monitored(result_.net);
     const MarkingGraph graph(monitored, kMostMarkings, stop_);
     if (!graph.Complete()) return;
-    const std::set<Marking> good(good_.begin(), good_.end());
-    int32_t kept = 0;
+    std::set<Marking> reached;  // without the monitors, whose tokens follow from the other places
     Marking marking(result_.net.places.size());
     for (int32_t number = 0; number < graph.Size(); ++number) {
       graph.Get(number, marking);
-      // The monitors' tokens follow from the other places, so no two markings share these.
-      kept += good.contains(Marking(marking.begin(), marking.begin() + firingNet_.PlaceCount())) ? 1 : 0;
+      reached.emplace(marking.begin(), marking.begin() + firingNet_.PlaceCount());
     }
-    result_.kept = KeptMarkings{static_cast<int32_t>(good.size()), kept};
+    KeptMarkings count;
+    const std::vector<bool> needNotBlock = graph_->NeedNotBlock(std::vector<bool>(uncontrollable_.size()));
+    marking = firingNet_.Initial();
+    for (int32_t number = 0; number < graph_->Size(); ++number) {
+      if (!needNotBlock[static_cast<size_t>(number)]) continue;
+      graph_->Get(number, marking);
+      ++count.before;
+      count.kept += reached.contains(marking) ? 1 : 0;
+    }
+    result_.kept = count;
   }
 
   const PetriNet& net_;
@@ -250,11 +266,12 @@ class Supervision {
   const StopQuestion& question_;
   std::function<bool()> stop_;
   FiringNet firingNet_;
-  std::set<int32_t> uncontrollable_;
-  std::vector<Marking> good_;  ///< markings from which the old net need not block, as far as they are listed
-  bool listed_ = false;        ///< whether all of them are
-  std::optional<Monitor> best_;  ///< for the dead marking that is looked at
-  size_t fewest_ = SIZE_MAX;     ///< good markings that it excludes
+  std::vector<bool> uncontrollable_;   ///< by transition
+  std::optional<MarkingGraph> graph_;  ///< of the old net, or a part of it
+  std::vector<Marking> good_;          ///< its markings at which the net can be kept from blocking
+  bool canBeKept_ = true;              ///< whether the initial one is such, as far as that is known
+  std::optional<Monitor> best_;        ///< for the dead marking that is looked at
+  size_t fewest_ = SIZE_MAX;           ///< good markings that it excludes
   MonitoredNet result_;
 };
 

@@ -7,10 +7,10 @@
 // asked again for the net with the monitor, and so on; a siphon may hold monitors, too. Since a monitor holds
 // a weighted sum of the net's own places less a constant, every condition is one on these places alone.
 //
-// Markings from which the net need not block are listed, all or as many as the memory allows. A condition
-// that excludes none of them is preferred, and where every siphon's plain sum excludes some, or cannot tell D
-// from the initial marking, weights are sought: on the places that are short at D, then on all, in the end
-// also negative ones (separation.h).
+// Markings at which the net can be kept from blocking are listed, all or as many as the memory allows. A
+// condition that excludes none of them is preferred, and where every siphon's plain sum excludes some, or
+// cannot tell D from the initial marking, weights are sought: on the places that are short at D, then on all,
+// in the end also negative ones (separation.h).
 //
 // A monitor never takes from an uncontrollable transition. Transitions with priority over others count as
 // such: held up by a monitor, they would let others fire that could not before, and the new net would reach
