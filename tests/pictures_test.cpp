@@ -111,7 +111,7 @@ TEST(Pictures, NeighboursKeepADistanceAndArcsEndAtBorders) {
     }
     ASSERT_EQ(drawing.arcs.size(), 5U);
     for (const DrawnArc& arc : drawing.arcs) {
-      const bool fromPlace = arc.kind != ArcKind::kOutput;
+      const bool fromPlace = arc.kind != DrawnArcKind::kOutput;
       const Point atPlace = fromPlace ? arc.line.front() : arc.line.back();
       EXPECT_NEAR(Distance(atPlace, drawing.places[static_cast<size_t>(arc.place)].centre), kPlaceRadius,
                   1e-6);
@@ -185,7 +185,7 @@ TEST(Pictures, LayoutPlacesEveryNodeOnItsOwn) {
   for (const DrawnArc& arc : drawing->arcs) {
     ASSERT_TRUE(arc.curved);
     EXPECT_EQ(arc.line.size() % 3, 1U);
-    const Point atPlace = arc.kind == ArcKind::kOutput ? arc.line.back() : arc.line.front();
+    const Point atPlace = arc.kind == DrawnArcKind::kOutput ? arc.line.back() : arc.line.front();
     EXPECT_NEAR(Distance(atPlace, drawing->places[static_cast<size_t>(arc.place)].centre), kPlaceRadius, 1);
   }
 }

@@ -64,8 +64,9 @@ std::string DotOf(const PetriNet& net, const PictureOptions& options) {
   for (const DrawnArc& arc : ArcsOf(net)) {
     const std::string place = "p" + std::to_string(arc.place),
                       transition = "t" + std::to_string(arc.transition);
-    dot += "  " + (arc.kind == ArcKind::kOutput ? transition + " -> " + place : place + " -> " + transition);
-    std::string looks = arc.kind == ArcKind::kInhibitor ? "arrowhead=odot" : "";
+    dot += "  " +
+           (arc.kind == DrawnArcKind::kOutput ? transition + " -> " + place : place + " -> " + transition);
+    std::string looks = arc.kind == DrawnArcKind::kInhibitor ? "arrowhead=odot" : "";
     if (!arc.text.empty()) looks += (looks.empty() ? "label=" : ", label=") + Quoted(arc.text);
     dot += (looks.empty() ? "" : " [" + looks + "]") + ";\n";
   }

@@ -172,7 +172,7 @@ class Router {
     const DrawnNode& transition = drawing_.transitions[static_cast<size_t>(arc.transition)];
     const bool immediate =
         net_.transitions[static_cast<size_t>(arc.transition)].kind == TransitionKind::kImmediate;
-    const bool fromPlace = arc.kind != ArcKind::kOutput;
+    const bool fromPlace = arc.kind != DrawnArcKind::kOutput;
     arc.line.assign(1, fromPlace ? place.centre : transition.centre);
     for (const Point& point : path) {
       if (std::isfinite(point.x) && std::isfinite(point.y)) arc.line.push_back(point * scale_);
@@ -241,7 +241,7 @@ bool HasSensiblePositions(const PetriNet& net) {
 std::vector<DrawnArc> ArcsOf(const PetriNet& net) {
   std::vector<DrawnArc> drawn;
   for (size_t t = 0; t < net.transitions.size(); ++t) {
-    const auto add = [&drawn, t](const std::vector<Arc>& arcs, ArcKind kind) {
+    const auto add = [&drawn, t](const std::vector<Arc>& arcs, DrawnArcKind kind) {
       for (const Arc& arc : arcs) {
         DrawnArc& entry = drawn.emplace_back();
         entry.kind = kind;
@@ -255,9 +255,9 @@ std::vector<DrawnArc> ArcsOf(const PetriNet& net) {
         }
       }
     };
-    add(net.transitions[t].inputs, ArcKind::kInput);
-    add(net.transitions[t].outputs, ArcKind::kOutput);
-    add(net.transitions[t].inhibitors, ArcKind::kInhibitor);
+    add(net.transitions[t].inputs, DrawnArcKind::kInput);
+    add(net.transitions[t].outputs, DrawnArcKind::kOutput);
+    add(net.transitions[t].inhibitors, DrawnArcKind::kInhibitor);
   }
   return drawn;
 }

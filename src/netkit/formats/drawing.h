@@ -20,7 +20,7 @@ inline constexpr double kBoxLength = 30;  ///< of a timed transition, in pixels
 inline constexpr double kBoxThickness = 14;
 inline constexpr double kBarThickness = 5;  ///< of an immediate transition, which is as long as a box
 
-enum class ArcKind : uint8_t { kInput, kOutput, kInhibitor };
+enum class DrawnArcKind : uint8_t { kInput, kOutput, kInhibitor };
 
 /// A place or a transition in the picture. Lengths are in pixels, y grows downwards.
 struct DrawnNode {
@@ -31,7 +31,7 @@ struct DrawnNode {
 };
 
 struct DrawnArc {
-  ArcKind kind = ArcKind::kInput;
+  DrawnArcKind kind = DrawnArcKind::kInput;
   int32_t place = 0;
   int32_t transition = 0;
   int64_t weight = 1;

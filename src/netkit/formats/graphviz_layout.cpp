@@ -93,8 +93,8 @@ class Layout {
     for (const DrawnArc& arc : drawing_.arcs) {
       Agnode_t* const place = places_[static_cast<size_t>(arc.place)];
       Agnode_t* const transition = transitions_[static_cast<size_t>(arc.transition)];
-      const bool fromPlace = arc.kind != ArcKind::kOutput;
-      std::string key = arc.kind == ArcKind::kInhibitor ? "inhibitor" : "arc";
+      const bool fromPlace = arc.kind != DrawnArcKind::kOutput;
+      std::string key = arc.kind == DrawnArcKind::kInhibitor ? "inhibitor" : "arc";
       Agedge_t* const edge =
           agedge(graph_.get(), fromPlace ? place : transition, fromPlace ? transition : place, key.data(), 1);
       Set(edge, "dir", "none");  // the line then reaches the border of both nodes
@@ -120,7 +120,7 @@ class Layout {
   void ReadLine(Agedge_t* edge, DrawnArc& arc) const {
     const splines* const lines = ED_spl(edge);
     if (lines == nullptr || lines->size == 0) {
-      const bool fromPlace = arc.kind != ArcKind::kOutput;
+      const bool fromPlace = arc.kind != DrawnArcKind::kOutput;
       const Point place = drawing_.places[static_cast<size_t>(arc.place)].centre;
       const Point transition = drawing_.transitions[static_cast<size_t>(arc.transition)].centre;
       arc.line = fromPlace ? std::vector<Point>{place, transition} : std::vector<Point>{transition, place};

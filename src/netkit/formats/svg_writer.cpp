@@ -95,8 +95,8 @@ class Writer {
     for (size_t i = 1; i < arc.line.size(); ++i) {
       svg_ += (arc.curved ? (i % 3 == 1 ? "C" : " ") : "L") + Pair(arc.line[i]);
     }
-    svg_ += arc.kind == ArcKind::kInhibitor ? "\"/>" : "\" marker-end=\"url(#arrow)\"/>";
-    if (arc.kind == ArcKind::kInhibitor) {
+    svg_ += arc.kind == DrawnArcKind::kInhibitor ? "\"/>" : "\" marker-end=\"url(#arrow)\"/>";
+    if (arc.kind == DrawnArcKind::kInhibitor) {
       svg_ += "<circle " + At("cx", "cy", arc.line.back()) + " r=\"" + Number(kInhibitorRadius) + "\"/>";
     }
     if (!arc.text.empty()) {
