@@ -176,7 +176,7 @@ def row(netkit, path):
     said = answer["verdict"]
     if found == "blocks" and said == "deadlock-free" or found == "deadlock-free" and said == "deadlock":
         sys.exit(f"{path}: netkit says {said}, the listing {found}")
-    if kept is not None and answer["markings"] not in (None, {"before": len(good), "kept": kept}):
+    if kept is not None and answer["kept_markings"] not in (None, {"before": len(good), "kept": kept}):
         sys.exit(f"{path}: netkit counts {answer['markings']}, the listing {kept} of {len(good)}")
     siphons = by_siphons(netkit, path, net, names)
     other, other_kept = ("a siphon has too few tokens", None) if siphons is None else outcome(net, siphons, good)

@@ -49,7 +49,7 @@ TEST(NetkitMonitors, AnswersAsJson) {
   const Json answer = Json::parse(Ask("monitors philosophers --json").out);
   EXPECT_EQ(answer["verdict"], "deadlock-free");
   EXPECT_EQ(answer["reason"], nullptr);
-  EXPECT_EQ(answer["markings"], Json::parse(R"({"before": 81, "kept": 81})"));
+  EXPECT_EQ(answer["kept_markings"], Json::parse(R"({"before": 81, "kept": 81})"));
   ASSERT_EQ(answer["monitors"].size(), 1U);
   const Json& monitor = answer["monitors"][0];
   EXPECT_EQ(monitor["name"], "monitor1");

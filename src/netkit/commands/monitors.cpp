@@ -114,7 +114,7 @@ Answer AnswerOf(const PetriNet& net, const MonitoredNet& monitored, const std::s
            {"monitors", std::move(list)},
            {"uncontrolled_siphon",
             monitored.uncontrolled.empty() ? Json() : JsonOf(monitored.net, monitored.uncontrolled)},
-           {"markings", std::move(kept)}},
+           {"kept_markings", std::move(kept)}},
           StatusOf(finding)};
 }
 

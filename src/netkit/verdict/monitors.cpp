@@ -38,7 +38,8 @@ class Supervision {
   MonitoredNet Run() {
     result_.net = net_;
     result_.verdict = Decide(net_, {}, question_);
-    if (result_.verdict.finding != Finding::kDeadlockFree && !firingNet_.Exact()) {
+    if (result_.verdict.finding == Finding::kDeadlockFree) return std::move(result_);
+    if (!firingNet_.Exact()) {
       result_.reason = result_.verdict.reason;
       return std::move(result_);
     }
@@ -48,13 +49,12 @@ class Supervision {
     }
     if (result_.verdict.finding == Finding::kDeadlockFree) DropRedundant();
     Number();
-    if (graph_ && graph_->Complete()) CountKept();
+    if (graph_->Complete()) CountKept();
     return std::move(result_);
   }
 
  private:
   void ListMarkings() {
-    if (!firingNet_.Exact()) return;
     graph_.emplace(firingNet_, kMostMarkings, stop_);
     const std::vector<bool> isGood = graph_->NeedNotBlock(uncontrollable_);
     canBeKept_ = isGood[0] || !graph_->Complete();

@@ -50,7 +50,7 @@ struct MonitoredNet {
   PetriNet net;  ///< the old places first, then the monitors
   std::vector<Monitor> monitors;
   Verdict verdict;                   ///< of the new net
-  std::optional<KeptMarkings> kept;  ///< where both nets' markings could be listed
+  std::optional<KeptMarkings> kept;  ///< where the old net is not proved and both nets' markings are listed
   std::string reason;                ///< why no more monitors were added; empty when the net is proved
   PlaceList uncontrolled;            ///< the siphon that no monitor controls, if that is the reason
 };
