@@ -25,7 +25,7 @@ SiphonStatuses::SiphonStatuses(const PetriNet& net)
     : net_(net),
       shortBelow_(ShortBelow(net)),
       finder_(net),
-      equation_(net, StateEquation::Numbers::kRational) {}
+      equation_(net, StateEquation::Numbers::kRational, StateEquation::Search::kNeeded) {}
 
 SiphonStatus SiphonStatuses::Of(const PlaceList& siphon, const std::function<bool()>& stop) {
   const auto isEmpty = [this](int32_t p) { return net_.places[static_cast<size_t>(p)].tokens == 0; };
@@ -50,7 +50,7 @@ bool SiphonStatuses::MayBeShort(const PlaceList& siphon, const std::function<boo
   }
   StateEquation::Answer answer = equation_.Solve(kSteps, stop);
   while (answer == StateEquation::Answer::kSolution) {
-    const auto found = finder_.MarkedTraps(equation_.Solution().empty, kTraps);
+    const auto found = finder_.MarkedTraps(equation_.EmptyPlaces(), kTraps);
     if (found.empty()) break;
     for (const PlaceList& trap : found) {
       if (!IsMarkedTrap(net_, trap)) std::abort();  // a proof on it would be worthless

@@ -3,9 +3,10 @@
 #include <z3++.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <thread>
@@ -78,7 +79,6 @@ std::vector<Clause> Strongest(std::vector<Clause> clauses, size_t placeCount) {
 
 int64_t RoundedUp(const z3::expr& number) {
   int64_t numerator = 0, denominator = 1;
-  if (!number.is_numeral()) return 0;
   if (!Z3_get_numeral_rational_int64(number.ctx(), number, &numerator, &denominator)) {
     constexpr int64_t kMany = int64_t{1} << 62;
     return kMany;
@@ -89,11 +89,11 @@ int64_t RoundedUp(const z3::expr& number) {
 }  // namespace
 
 struct StateEquation::Z3 {
-  explicit Z3(Numbers n) : numbers(n), solver(context, z3::solver::simple()) {
+  Z3(Numbers n, Search search) : numbers(n), solver(context, z3::solver::simple()) {
     z3::params params(context);
     params.set("ctrl_c", false);
     params.set("random_seed", 0U);
-    params.set("relevancy", 0U);  // most equations are solved in a fraction of the time
+    if (search == Search::kEverything) params.set("relevancy", 0U);
     solver.set(params);
   }
 
@@ -103,6 +103,11 @@ struct StateEquation::Z3 {
   z3::expr Unknown(const char* prefix, size_t number) {
     const std::string name = prefix + std::to_string(number);
     return numbers == Numbers::kWhole ? context.int_const(name.c_str()) : context.real_const(name.c_str());
+  }
+  /// What the model says about an unknown; 0 where it says nothing.
+  static int64_t ValueIn(const z3::model& model, const z3::expr& unknown) {
+    const z3::func_decl name = unknown.decl();
+    return model.has_interp(name) ? RoundedUp(model.get_const_interp(name)) : 0;
   }
   z3::expr Express(const Condition& condition) {
     const z3::expr tokens = marking[static_cast<size_t>(condition.place)];
@@ -117,8 +122,8 @@ struct StateEquation::Z3 {
   std::vector<int32_t> columnOf;  ///< by transition: its place in `firings`, or -1 where it changes nothing
 };
 
-StateEquation::StateEquation(const PetriNet& net, Numbers numbers)
-    : net_(net), z3_(std::make_unique<Z3>(numbers)) {
+StateEquation::StateEquation(const PetriNet& net, Numbers numbers, Search search)
+    : net_(net), z3_(std::make_unique<Z3>(numbers, search)) {
   std::vector<bool> unusable(net.places.size());
   std::vector<z3::expr_vector> sums;
   for (size_t p = 0; p < net.places.size(); ++p) {
@@ -196,11 +201,13 @@ StateEquation::Answer StateEquation::Solve(int64_t steps, const std::function<bo
   constexpr auto kBetweenQuestions = std::chrono::milliseconds(20);
   if (stop()) return Answer::kUnknown;
   z3_->solver.set("rlimit", static_cast<unsigned>(std::min<int64_t>(steps, UINT32_MAX)));
-  std::atomic<bool> done = false;
+  std::mutex mutex;
+  std::condition_variable ended;
+  bool done = false;
   std::thread watch([&] {
-    while (!done) {
-      std::this_thread::sleep_for(kBetweenQuestions);
-      if (!done && stop()) z3_->context.interrupt();
+    std::unique_lock lock(mutex);
+    while (!ended.wait_for(lock, kBetweenQuestions, [&done] { return done; })) {
+      if (stop()) z3_->context.interrupt();
     }
   });
   z3::check_result result = z3::unknown;
@@ -208,7 +215,11 @@ StateEquation::Answer StateEquation::Solve(int64_t steps, const std::function<bo
     result = z3_->solver.check();
   } catch (const z3::exception&) {  // the solver gave up: unknown
   }
-  done = true;
+  {
+    const std::lock_guard lock(mutex);
+    done = true;
+  }
+  ended.notify_one();
   watch.join();
   return result == z3::unsat ? Answer::kNoSolution : result == z3::sat ? Answer::kSolution : Answer::kUnknown;
 }
@@ -221,17 +232,21 @@ int64_t StateEquation::Steps() const {
   return 0;
 }
 
+PlaceList StateEquation::EmptyPlaces() {
+  const z3::model model = z3_->solver.get_model();
+  PlaceList empty;
+  for (size_t p = 0; p < z3_->marking.size(); ++p) {
+    if (Z3::ValueIn(model, z3_->marking[p]) == 0) empty.push_back(static_cast<int32_t>(p));
+  }
+  return empty;
+}
+
 Candidate StateEquation::Solution() {
   const z3::model model = z3_->solver.get_model();
   Candidate candidate;
-  for (size_t p = 0; p < z3_->marking.size(); ++p) {
-    candidate.marking.push_back(RoundedUp(model.eval(z3_->marking[p], true)));
-    if (candidate.marking.back() == 0) candidate.empty.push_back(static_cast<int32_t>(p));
-  }
+  for (const z3::expr& tokens : z3_->marking) candidate.marking.push_back(Z3::ValueIn(model, tokens));
   std::vector<int64_t> firings;
-  for (size_t f = 0; f < z3_->firings.size(); ++f) {
-    firings.push_back(RoundedUp(model.eval(z3_->firings[f], true)));
-  }
+  for (const z3::expr& count : z3_->firings) firings.push_back(Z3::ValueIn(model, count));
   for (const int32_t column : z3_->columnOf) {
     candidate.firings.push_back(column < 0 ? 0 : firings[static_cast<size_t>(column)]);
   }

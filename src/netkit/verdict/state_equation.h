@@ -26,16 +26,20 @@ namespace siphons {
 struct Candidate {
   std::vector<int64_t> marking;
   std::vector<int64_t> firings;  ///< by transition
-  PlaceList empty;               ///< the places that are exactly empty in it
 };
 
 class StateEquation {
  public:
   enum class Numbers { kNoEquation, kRational, kWhole };
+  /// Whether the solver decides the conditions that its clauses need, or all of them. The first leaves places
+  /// empty that nothing fills, so that a solution is refuted by many traps at once; the second finds
+  /// contradictions sooner where few traps are needed. Which one is faster, by a factor of ten either way,
+  /// depends on the net.
+  enum class Search { kNeeded, kEverything };
   enum class Answer { kNoSolution, kSolution, kUnknown };
 
   /// The net must outlive the object.
-  StateEquation(const PetriNet& net, Numbers numbers);
+  StateEquation(const PetriNet& net, Numbers numbers, Search search);
   ~StateEquation();
   StateEquation(const StateEquation&) = delete;
   StateEquation& operator=(const StateEquation&) = delete;
@@ -55,7 +59,8 @@ class StateEquation {
   Answer Solve(int64_t steps, const std::function<bool()>& stop);
   /// Steps taken until now.
   int64_t Steps() const;
-  /// What the last Solve found.
+  /// What the last Solve found: the places that are exactly empty in it, and all of it.
+  PlaceList EmptyPlaces();
   Candidate Solution();
 
  private:

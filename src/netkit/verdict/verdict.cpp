@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "netkit/verdict/exploration.h"
@@ -29,11 +30,24 @@ bool AlwaysAllowed(const Transition& transition) {
                       [](const Arc& arc) { return arc.markingDependent; });
 }
 
+/// The proofs that are tried one after the other.
+struct ProofKind {
+  StateEquation::Numbers numbers;
+  StateEquation::Search search;
+  Ground ground;
+  int64_t steps;  ///< after which the next one is tried; 0: it goes on from round to round
+};
+
+constexpr ProofKind kProofs[] = {
+    {StateEquation::Numbers::kNoEquation, StateEquation::Search::kNeeded, Ground::kTraps, kSolverSteps / 8},
+    {StateEquation::Numbers::kRational, StateEquation::Search::kNeeded, Ground::kEquation, kSolverSteps / 4},
+    {StateEquation::Numbers::kRational, StateEquation::Search::kEverything, Ground::kEquation, 0},
+    {StateEquation::Numbers::kWhole, StateEquation::Search::kEverything, Ground::kWholeEquation, 0}};
+
 /// A proof under way: an equation, and the traps that it was given.
 class Proof {
  public:
-  Proof(const PetriNet& net, StateEquation::Numbers numbers, Ground ground)
-      : net_(net), equation_(net, numbers), ground_(ground) {
+  Proof(const PetriNet& net, const ProofKind& kind) : net_(net), equation_(net, kind.numbers, kind.search) {
     equation_.RequireDead();
   }
 
@@ -52,8 +66,7 @@ class Proof {
         state_ = State::kProved;
         break;
       }
-      candidate_ = equation_.Solution();
-      const auto found = finder.MarkedTraps(candidate_.empty, kTrapsPerCandidate);
+      const auto found = finder.MarkedTraps(equation_.EmptyPlaces(), kTrapsPerCandidate);
       if (found.empty()) state_ = State::kCandidate;
       for (const PlaceList& trap : found) {
         if (!IsMarkedTrap(net_, trap)) std::abort();  // a proof on it would be worthless
@@ -63,16 +76,14 @@ class Proof {
     return state_;
   }
 
-  const Candidate& LastCandidate() const { return candidate_; }
-  Ground ItsGround() const { return ground_; }
+  /// In state kCandidate.
+  Candidate ItsCandidate() { return equation_.Solution(); }
 
  private:
   const PetriNet& net_;
   StateEquation equation_;
-  Ground ground_;
   size_t trapsGiven_ = 0;
   State state_ = State::kOpen;
-  Candidate candidate_;
 };
 
 class Decision {
@@ -82,8 +93,7 @@ class Decision {
         limits_(limits),
         stop_([this, &stop] { return stop(Looked()); }),
         firingNet_(net),
-        finder_(net),
-        proofOver_(!limits.proof) {
+        finder_(net) {
     if (!firingNet_.Exact()) return;
     if (limits.walks) walks_.emplace(firingNet_);
     if (limits.breadthFirst) breadthFirst_.emplace(firingNet_, ExplorationOrder::kBreadthFirst);
@@ -104,7 +114,7 @@ class Decision {
           FollowGuide(factor * kGuidedWalks)) {
         return std::move(verdict_);
       }
-      if (!breadthFirst_ && !reduced_ && !walks_ && proofOver_) break;
+      if (!breadthFirst_ && !reduced_ && !walks_ && ProofOver()) break;
     }
     verdict_.firings = walks_ ? walks_->Firings() : 0;
     verdict_.reason = ReasonOfDoubt();
@@ -152,34 +162,28 @@ class Decision {
     return false;
   }
 
-  /// Goes on with the traps alone in the first round, then with the equation.
+  /// Goes on with the proofs where the last round left them.
   bool Prove(int64_t factor) {
-    if (factor == 1 && !proofOver_) {
-      Proof proof(net_, StateEquation::Numbers::kNoEquation, Ground::kTraps);
-      if (Advance(proof, kSolverSteps) == Proof::State::kProved) return Free(Ground::kTraps);
-      equation_.emplace(net_, StateEquation::Numbers::kRational, Ground::kEquation);
-    }
-    while (equation_ && !stop_()) {
-      switch (Advance(*equation_, factor * kSolverSteps)) {
-        case Proof::State::kOpen:
-          return false;
-        case Proof::State::kProved:
-          return Free(equation_->ItsGround());
-        case Proof::State::kCandidate:
-          break;
+    while (!ProofOver() && !stop_()) {
+      const ProofKind& kind = kProofs[proofNumber_];
+      if (!proof_) proof_.emplace(net_, kind);
+      const int64_t steps = kind.steps > 0 ? kind.steps : factor * kSolverSteps;
+      const Proof::State state = proof_->Go(steps, finder_, traps_, stop_);
+      if (state == Proof::State::kProved) return Free(kind.ground);
+      if (state == Proof::State::kOpen && kind.steps == 0) return false;
+      ++proofNumber_;
+      if (state == Proof::State::kCandidate && kind.ground != Ground::kTraps) {
+        while (!ProofOver() && kProofs[proofNumber_].ground == kind.ground) ++proofNumber_;
+        verdict_.candidate = proof_->ItsCandidate();
+        if (walks_) walks_->SetGuide(verdict_.candidate->firings);
+        if (FollowGuide(kGuidedWalks)) return true;
       }
-      verdict_.candidate = equation_->LastCandidate();
-      if (walks_) walks_->SetGuide(verdict_.candidate->firings);
-      const bool rational = equation_->ItsGround() == Ground::kEquation;
-      equation_.reset();
-      if (FollowGuide(kGuidedWalks)) return true;
-      if (rational) equation_.emplace(net_, StateEquation::Numbers::kWhole, Ground::kWholeEquation);
+      proof_.reset();
     }
-    proofOver_ = !equation_;
     return false;
   }
 
-  Proof::State Advance(Proof& proof, int64_t steps) { return proof.Go(steps, finder_, traps_, stop_); }
+  bool ProofOver() const { return !limits_.proof || proofNumber_ == std::size(kProofs); }
 
   bool Free(Ground ground) {
     verdict_.finding = Finding::kDeadlockFree;
@@ -208,8 +212,8 @@ class Decision {
              "state equation with traps does not rule a dead marking out";
     }
     std::string reason =
-        proofOver_ ? "the state equation has a dead marking that no trap refutes and no firings reach"
-                   : "neither proof nor dead marking within the limits";
+        ProofOver() ? "the state equation has a dead marking that no trap refutes and no firings reach"
+                    : "neither proof nor dead marking within the limits";
     if (tooLarge_) reason += "; numbers of tokens leave 64 bits";
     return reason + "; " + std::to_string(verdict_.markings) + " markings and " +
            std::to_string(verdict_.firings) + " firings looked at";
@@ -222,9 +226,10 @@ class Decision {
   TrapFinder finder_;
   std::optional<Walks> walks_;
   std::optional<Exploration> breadthFirst_, reduced_;
-  std::optional<Proof> equation_;
+  std::optional<Proof> proof_;
+  size_t proofNumber_ = 0;  ///< in kProofs
   std::vector<PlaceList> traps_;
-  bool proofOver_, tooLarge_ = false;
+  bool tooLarge_ = false;
   Verdict verdict_;
 };
 
