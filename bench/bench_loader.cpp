@@ -40,7 +40,7 @@ std::string Ring(int64_t n) {
   std::string places, transitions, parameters, definitions;
   for (int64_t i = 0; i < n; ++i) {
     const std::string number = std::to_string(i);
-    const int64_t next = (i + 1) % n, far = (i * 7919 + 1) % n;
+    const int64_t next = (i + 1) % n, far = (i * 7921 + 7) % n;
     parameters += "DEFINITION_PARAMETER m" + number + " 1 0 0\n";
     places.append("PLACE p").append(number).append(" m").append(number).append(" 0 0 0 0\n");
     transitions += "TRANSITION t" + number + " <MD> SS EXP RS 0 0 0 0 0 0 0 0\nINPARCS 2\n" + Arc(i) +

@@ -100,6 +100,9 @@ TEST(Pnml, RefusesWhatIsNoPlaceTransitionNet) {
       {nodes + "<referencePlace id='r' ref='s'/><referencePlace id='s' ref='r'/><arc id='a' source='r' "
                "target='t'/>",
        "stands for itself"},
+      {nodes + "<referencePlace id='r' ref='s'/><referencePlace id='s' ref='u'/><arc id='a' source='r' "
+               "target='t'/><arc id='b' source='s' target='t'/>",
+       "2:136: error: the source of the arc is 'u'"},
       {"<place id='p'/>", "the net has no transition"},
       {nodes + "<place id='q'><name><text>&foo;</text></name></place>", "an entity that nobody declares"},
       {nodes + "<place id='q'>", "the XML is faulty"},

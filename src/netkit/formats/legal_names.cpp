@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "netkit/formats/pd_writer.h"
@@ -25,12 +26,15 @@ std::string Shortened(const std::string& name, size_t length) {
   return name.substr(0, length);
 }
 
-std::string LegalName(const std::string& name, const std::unordered_set<std::string>& taken) {
+/// `numbers` holds the number to try next by the name without one: many long names begin alike.
+std::string LegalName(const std::string& name, const std::unordered_set<std::string>& taken,
+                      std::unordered_map<std::string, int64_t>& numbers) {
   std::string legal = name;
   std::replace_if(legal.begin(), legal.end(), IsIllegal, '_');
   legal = Shortened(legal, kLongest);
   if (legal.empty()) legal = "_";
-  for (int64_t number = 2; taken.contains(legal); ++number) {
+  if (!taken.contains(legal)) return legal;
+  for (int64_t& number = numbers.try_emplace(legal, 2).first->second; taken.contains(legal); ++number) {
     const std::string suffix = "_" + std::to_string(number);
     legal = Shortened(legal.substr(0, legal.rfind('_')), kLongest - suffix.size()) + suffix;
   }
@@ -51,10 +55,11 @@ std::vector<NameChange> MakeNamesLegal(PetriNet& net) {
   for (const Transition& transition : net.transitions) {
     if (isLegal(transition.name)) taken.insert(transition.name);
   }
+  std::unordered_map<std::string, int64_t> numbers;
   std::vector<NameChange> changes;
   const auto change = [&](const char* kind, std::string& name) {
     if (isLegal(name)) return;
-    std::string legal = LegalName(name, taken);
+    std::string legal = LegalName(name, taken, numbers);
     taken.insert(legal);
     changes.push_back({kind, name, legal});
     name = std::move(legal);

@@ -31,13 +31,18 @@ std::optional<PnmlBuilder::ArcKind> PnmlBuilder::KindOf(pugi::xml_node element) 
   return std::nullopt;
 }
 
-/// The place or transition at an end of the arc, through reference nodes; null after a report.
+/// The place or transition at an end of the arc, through reference nodes; null after a report. References on
+/// the way are shortened to its end, so that long chains of them cost their length once.
 const PnmlBuilder::Node* PnmlBuilder::EndOf(pugi::xml_node element, const char* attribute) {
   std::string id = element.attribute(attribute).value();
   std::set<std::string> seen;
+  const auto shorten = [&] {
+    for (const std::string& reference : seen) nodes_[reference].reference = id;
+  };
   while (true) {
     const auto found = nodes_.find(id);
     if (found == nodes_.end()) {
+      shorten();
       std::vector<std::string_view> ids;
       if (diagnostics_.Errors() < Diagnostics::kShown) {
         for (const auto& [known, node] : nodes_) ids.push_back(known);
@@ -47,8 +52,12 @@ const PnmlBuilder::Node* PnmlBuilder::EndOf(pugi::xml_node element, const char* 
                          ", which is no id of a node" + DidYouMean(id, ids, "; correct it"));
       return nullptr;
     }
-    if (found->second.kind != NodeKind::kReference) return &found->second;
+    if (found->second.kind != NodeKind::kReference) {
+      shorten();
+      return &found->second;
+    }
     if (!seen.insert(id).second) {
+      shorten();
       Error(element, "the reference node " + Quoted(id) + " stands for itself; correct its ref");
       return nullptr;
     }

@@ -185,7 +185,13 @@ void PnmlBuilder::CheckChildren(pugi::xml_node element) {
   if (invariant && std::string_view(invariant.value()) != "< inf") {
     Error(element, "an age invariant, which untimed nets have not; remove it");
   }
+  constexpr int kMostAttributes = 50;  // every pair of them is compared
+  int count = 0;
   for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
+    if (++count > kMostAttributes) {
+      Error(element, "more than 50 attributes; this is no PNML file");
+      break;
+    }
     for (pugi::xml_attribute b = a.next_attribute(); b; b = b.next_attribute()) {
       if (std::strcmp(a.name(), b.name()) == 0)
         Error(element, "the attribute " + Quoted(a.name()) + " stands twice; remove one");

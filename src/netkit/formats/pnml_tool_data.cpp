@@ -2,6 +2,8 @@
 // and expressions. The writer keeps them in elements <toolspecific tool="netkit">, and here they come back.
 #include <algorithm>
 #include <charconv>
+#include <string_view>
+#include <unordered_map>
 
 #include "netkit/formats/plain_numbers.h"
 #include "netkit/formats/pnml_builder.h"
@@ -93,11 +95,14 @@ void PnmlBuilder::TakeNetToolData(pugi::xml_node net) {
 
 /// A place whose tokens come from a parameter must have as many as that says.
 void PnmlBuilder::TakeMarkingParameters() {
+  std::unordered_map<std::string_view, double> values;
+  for (const Parameter& parameter : net_.parameters) {
+    if (!parameter.text) values.try_emplace(parameter.name, parameter.value);
+  }
   for (const Place& place : net_.places) {
     if (place.markingParameter.empty()) continue;
-    const auto is = [&place](const Parameter& p) { return p.name == place.markingParameter; };
-    const auto found = std::find_if(net_.parameters.begin(), net_.parameters.end(), is);
-    if (found != net_.parameters.end() && found->value == static_cast<double>(place.tokens)) continue;
+    const auto found = values.find(place.markingParameter);
+    if (found != values.end() && found->second == static_cast<double>(place.tokens)) continue;
     diagnostics_.Error(place.where, "the tokens are not those of the parameter " +
                                         Quoted(place.markingParameter) +
                                         "; remove the parameter, or correct one of the two");

@@ -80,6 +80,16 @@ bool IsKnownReference(std::string_view name) {
              std::string_view::npos;
 }
 
+/// The offset of the first of the characters from `from` on, or npos. As fast as the memory, which
+/// find_first_of, with a call for every byte, is not.
+template <char... characters>
+size_t FirstOf(std::string_view text, size_t from) {
+  for (; from < text.size(); ++from) {
+    if (((text[from] == characters) || ...)) return from;
+  }
+  return std::string_view::npos;
+}
+
 /// Goes over the marks of the text, outside comments, character data and processing instructions.
 class MarkScan {
  public:
@@ -87,7 +97,7 @@ class MarkScan {
 
   /// The offset of the first fault, whose message it tells, or npos.
   size_t FirstFault(std::string& message) {
-    for (size_t i = text_.find_first_of("<&"); i < text_.size(); i = text_.find_first_of("<&", i)) {
+    for (size_t i = FirstOf<'<', '&'>(text_, 0); i < text_.size(); i = FirstOf<'<', '&'>(text_, i)) {
       const size_t start = i;
       message = text_[i] == '&' ? TakeReference(i) : TakeMark(i);
       if (message.empty() && marks_ > kMostMarks)
@@ -134,7 +144,8 @@ class MarkScan {
 
   /// The offset of the tag's '>', outside quotation marks. Counts the attributes.
   size_t EndOfTag(size_t i) {
-    for (i = text_.find_first_of(">\"'", i); i < text_.size(); i = text_.find_first_of(">\"'", i + 1)) {
+    const auto next = [this](size_t from) { return FirstOf<'>', '"', '\''>(text_, from); };
+    for (i = next(i); i < text_.size(); i = next(i + 1)) {
       if (text_[i] == '>') return i;
       i = text_.find(text_[i], i + 1);
       ++marks_;
