@@ -104,6 +104,23 @@ TEST_F(SmallRing, OrderTokensAndOptions) {
       "\n");
 }
 
+TEST(NetkitSiphons, StatusesAndThoseThatMayRunDry) {
+  const auto cell = [](const std::string& options) {
+    return Netkit(EXAMPLES_DIRECTORY, "siphons cell " + options);
+  };
+  const std::string dry = "MARKING:    2 { robot mill a_on_mill b_on_robot }";
+  const std::string all = cell("--status").out;
+  EXPECT_NE(all.find("\n" + dry + " may run dry\n"), std::string::npos) << all;
+  EXPECT_NE(all.find("{ mill a_on_mill b_on_mill } marked trap inside\n"), std::string::npos) << all;
+  EXPECT_EQ(cell("--may-run-dry --max 1").out, "No. of siphons = 1\n" + dry + "\n");
+  EXPECT_EQ(cell("--may-run-dry --count").out, "No. of siphons = 1\n");
+  EXPECT_NE(cell("--may-run-dry --status --json").out.find(R"("tokens":2,"status":"may run dry"}])"),
+            std::string::npos);
+  EXPECT_EQ(MarkingLines(cell("--status --stream").out), MarkingLines(all));
+  EXPECT_EQ(cell("--may-run-dry --smallest --max 1").status, 2);
+  EXPECT_EQ(Netkit(EXAMPLES_DIRECTORY, "traps cell --status").status, 2);
+}
+
 TEST_F(SmallRing, CountedStreamedSharedAndTheSmallest) {
   const std::string all = Run("siphons net").out;
   EXPECT_EQ(Run("siphons net --count").out, "No. of siphons = 4\n");

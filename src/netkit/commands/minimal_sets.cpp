@@ -12,6 +12,7 @@
 
 #include "netkit/commands/commands.h"
 #include "netkit/commands/question.h"
+#include "netkit/commands/status_option.h"
 #include "netkit/siphons/minimal_siphons.h"
 #include "netkit/siphons/smallest_siphons.h"
 
@@ -35,6 +36,7 @@ struct EnumerationOptions : QuestionOptions {
   bool count = false;
   int32_t jobs = 1;
   std::string share;  ///< K/N; empty: all
+  StatusOptions status;
 
   const char* Kind() const { return traps ? "traps" : "siphons"; }
 };
@@ -73,10 +75,22 @@ PlaceList UnmarkedPlaces(const PetriNet& net) {
 
 /// What is found, and how it ended.
 struct Findings {
-  std::vector<PlaceList> sets;  ///< none when they are only counted, or written as they come
+  std::vector<StatedSiphon> sets;  ///< none when they are only counted, or written as they come
   int64_t count = 0;
   bool complete = false;
 };
+
+std::string LineOf(const PetriNet& net, const StatedSiphon& set) {
+  std::string line = MarkingLine(net, set.places);
+  line.insert(line.size() - 1, StatusSuffix(set));
+  return line;
+}
+
+Json MembersOf(const PetriNet& net, const StatedSiphon& set) {
+  Json json = JsonOf(net, set.places);
+  if (set.status) json["status"] = TextOf(*set.status);
+  return json;
+}
 
 /// Writes sets to standard output as they come, at the latest some time after.
 class Stream {
@@ -84,14 +98,14 @@ class Stream {
   Stream(const PetriNet& net, const EnumerationOptions& options) : net_(net), options_(options) {}
 
   /// False when the output takes nothing any more.
-  bool Write(const PlaceList& set) {
+  bool Write(const StatedSiphon& set) {
     std::string line;
     if (options_.json) {
       Json json = {{"version", kAnswerVersion}, {"net", options_.nets[0]}};
-      json.update(JsonOf(net_, set));
+      json.update(MembersOf(net_, set));
       line = JsonLine(json);
     } else {
-      line = MarkingLine(net_, set);
+      line = LineOf(net_, set);
     }
     std::fwrite(line.data(), 1, line.size(), stdout);
     const Clock::time_point now = Clock::now();
@@ -113,9 +127,13 @@ class Stream {
 class Collector {
  public:
   Collector(const PetriNet& net, const EnumerationOptions& options, RunControl& control)
-      : options_(options), stream_(net, options), control_(control) {}
+      : options_(options), filter_(net, options.status), stream_(net, options), control_(control) {}
 
   bool Take(std::span<const int32_t> set) {
+    std::optional<StatedSiphon> wanted =
+        filter_.Wanted({set.begin(), set.end()}, [this] { return control_.Stop(); });
+    if (filter_.Decides() && control_.Stop()) return false;
+    if (!wanted) return true;
     if (options_.max > 0 && findings_.count == options_.max) {
       control_.SetReason("maximum reached");  // only now it is certain that there are more
       return false;
@@ -123,23 +141,24 @@ class Collector {
     ++findings_.count;
     control_.Count();
     if (options_.count) return true;
-    PlaceList places(set.begin(), set.end());
-    if (options_.stream) return options_.quiet || stream_.Write(places);
+    if (options_.stream) return options_.quiet || stream_.Write(*wanted);
     // What sorting and writing it will take, measured generously, counts as time already spent.
     constexpr double kTextSeconds = 1e-7, kJsonSeconds = 1e-6;
-    control_.Reserve(static_cast<double>(places.size() + 1) * (options_.json ? kJsonSeconds : kTextSeconds));
-    findings_.sets.push_back(std::move(places));
+    control_.Reserve(static_cast<double>(set.size() + 1) * (options_.json ? kJsonSeconds : kTextSeconds));
+    findings_.sets.push_back(std::move(*wanted));
     return true;
   }
 
   Findings Finish(bool complete) {
-    std::sort(findings_.sets.begin(), findings_.sets.end(), ShorterOrEarlier);
+    std::sort(findings_.sets.begin(), findings_.sets.end(),
+              [](const auto& a, const auto& b) { return ShorterOrEarlier(a.places, b.places); });
     findings_.complete = complete;
     return std::move(findings_);
   }
 
  private:
   const EnumerationOptions& options_;
+  StatusFilter filter_;
   Stream stream_;
   RunControl& control_;
   Findings findings_;
@@ -175,7 +194,7 @@ std::string TextOf(const PetriNet& net, const EnumerationOptions& options, const
   std::string text = std::string("No. of ") + options.Kind() + " = " + std::to_string(findings.count) +
                      (options.share.empty() ? "" : " (part " + options.share + ")") +
                      (reason.empty() ? "" : " (incomplete: " + reason + ")") + "\n";
-  for (const PlaceList& set : findings.sets) text += MarkingLine(net, set);
+  for (const StatedSiphon& set : findings.sets) text += LineOf(net, set);
   return text;
 }
 
@@ -190,7 +209,7 @@ Json JsonAnswer(const PetriNet& net, const EnumerationOptions& options, const Fi
   answer["reason"] = ReasonOf(reason);
   if (options.count || options.stream) return answer;
   Json list = Json::array();
-  for (const PlaceList& set : findings.sets) list.push_back(JsonOf(net, set));
+  for (const StatedSiphon& set : findings.sets) list.push_back(MembersOf(net, set));
   answer[options.Kind()] = std::move(list);
   return answer;
 }
@@ -231,6 +250,7 @@ void AddMinimalSets(CLI::App& app, bool traps, int32_t& status) {
                    "only the share K of N, for as many machines; the shares together are the answer")
       ->check(FaultOfShare)
       ->type_name("K/N");
+  if (!traps) AddStatusOptions(*command, options->status);  // a trap has no such status
   command->footer(
       "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
       "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
