@@ -69,7 +69,7 @@ TEST(Completion, OffersWhatTheCommandLineTakes) {
   for (const std::string& name : Subcommands()) {
     EXPECT_EQ(Proposed("netkit " + name + " --", 2), OptionsInHelp(name)) << name;
   }
-  EXPECT_EQ(Proposed("netkit siphons --m", 2), Words{"--max"});
+  EXPECT_EQ(Proposed("netkit siphons --m", 2), (Words{"--max", "--may-run-dry"}));
   EXPECT_EQ(Proposed("netkit siphons --max ''", 3), Words{});
   EXPECT_EQ(Proposed("netkit siphons --output ''", 3), (Words{"a.PD", "b.pnml", "c.siphons", "complete"}));
   EXPECT_EQ(Proposed("netkit siphons ''", 2), (Words{"a.PD", "b.pnml"}));
