@@ -10,6 +10,7 @@
 #include "netkit/siphons/job_split.h"
 #include "netkit/siphons/siphon_parts.h"
 #include "netkit/siphons/siphon_within.h"
+#include "netkit/siphons/smallest_siphons.h"
 #include "solver/sharedVars.h"
 #include "tests/brute_force.h"
 #include "tests/reference/program.h"
@@ -190,6 +191,30 @@ TEST(MinimalSiphons, OfFewPlacesAreThoseOfAll) {
     EXPECT_TRUE(end.leftOutGreat || wanted.size() == all.size());
     EXPECT_EQ(found, wanted) << most;
   }
+}
+
+TEST(MinimalSiphons, TheSmallestAreTheFirstOfAll) {
+  const ArcSets torus = Torus(4);
+  for (uint32_t seed = 3000; seed < 3060; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    const ArcSets arcs = seed == 3000 ? torus : RandomNet(seed, 16).arcs;
+    std::vector<PlaceList> all = InOrder(arcs, {AllPlaces(arcs), {}}, 1);
+    std::sort(all.begin(), all.end(), ShorterOrEarlier);
+    for (const size_t count : {size_t{1}, size_t{3}, std::max<size_t>(all.size(), 1), all.size() + 1}) {
+      const SmallestSiphons smallest =
+          FindSmallestSiphons(arcs, {AllPlaces(arcs), {}}, 1 + static_cast<int32_t>(seed % 2), count, kNever);
+      const size_t wanted = std::min(count, all.size());
+      EXPECT_EQ(smallest.siphons,
+                std::vector<PlaceList>(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(wanted)));
+      EXPECT_EQ(smallest.areAll, count >= all.size());
+      EXPECT_FALSE(smallest.stopped);
+    }
+  }
+  int asked = 0;  // what is found before there is time to prove it smallest
+  const SmallestSiphons early =
+      FindSmallestSiphons(torus, {AllPlaces(torus), {}}, 1, 2, [&asked] { return ++asked > 5; });
+  EXPECT_TRUE(early.stopped);
+  EXPECT_EQ(early.siphons.size(), 2U);
 }
 
 // Jobs that are split after every few answers, so that small nets are cut to the last place.

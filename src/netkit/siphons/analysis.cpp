@@ -69,8 +69,8 @@ void ClauseSearch::Analyse() {
   uint32_t open = 0;  // literals of this level that are yet to be replaced
   const auto add = [&](Literal literal) {
     const Variable variable = VariableOf(literal);
-    if (seen_[variable] || levels_[variable] == 0) return;
-    seen_[variable] = true;
+    if (seen_[variable] != 0 || levels_[variable] == 0) return;
+    seen_[variable] = 1;
     Bump(variable);
     if (levels_[variable] == Level()) {
       ++open;
@@ -81,9 +81,9 @@ void ClauseSearch::Analyse() {
   for (const Literal literal : conflict_) add(literal);
   for (size_t i = trail_.size();;) {
     do --i;
-    while (!seen_[VariableOf(trail_[i])]);
+    while (seen_[VariableOf(trail_[i])] == 0);
     const Literal literal = trail_[i];
-    seen_[VariableOf(literal)] = false;
+    seen_[VariableOf(literal)] = 0;
     if (--open == 0) {
       learnt_[0] = Negated(literal);
       break;
@@ -95,17 +95,18 @@ void ClauseSearch::Analyse() {
 
 void ClauseSearch::ShortenLearnt() {
   added_.assign(learnt_.begin() + 1, learnt_.end());
-  seen_[VariableOf(learnt_[0])] = true;
-  const auto implied = [this](Literal literal) {
-    if (reasons_[VariableOf(literal)] == kNoReason) return false;
-    bool all = true;
-    ForEachReason(literal,
-                  [&](Literal other) { all = all && (seen_[VariableOf(other)] || LevelOf(other) == 0); });
-    return all;
+  seen_[VariableOf(learnt_[0])] = 1;
+  const auto isKnown = [this](Literal other) { return seen_[VariableOf(other)] != 0 || LevelOf(other) == 0; };
+  const auto implied = [&](Literal literal) {
+    const Reason reason = reasons_[VariableOf(literal)];
+    if (reason == kNoReason) return false;
+    if ((reason & 1U) != 0) return isKnown(reason / 2);
+    const std::span<const Literal> others = LiteralsOf(reason / 2).subspan(1);
+    return std::all_of(others.begin(), others.end(), isKnown);
   };
   learnt_.erase(std::remove_if(learnt_.begin() + 1, learnt_.end(), implied), learnt_.end());
-  for (const Literal literal : added_) seen_[VariableOf(literal)] = false;
-  seen_[VariableOf(learnt_[0])] = false;
+  for (const Literal literal : added_) seen_[VariableOf(literal)] = 0;
+  seen_[VariableOf(learnt_[0])] = 0;
 }
 
 void ClauseSearch::Bump(Variable variable) {

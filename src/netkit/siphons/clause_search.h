@@ -126,7 +126,7 @@ class ClauseSearch {
   std::vector<uint32_t> levels_;
   std::vector<Reason> reasons_;
   std::vector<double> activities_;
-  std::vector<bool> seen_;
+  std::vector<int8_t> seen_;  ///< by variable, while a conflict is analysed: 0 or 1
   std::vector<Literal> trail_;
   std::vector<uint32_t> levelStarts_;
   size_t propagated_ = 0;  ///< of the trail

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "netkit/siphons/job_search.h"
+#include "netkit/siphons/last_parts.h"
 
 namespace siphons {
 
@@ -23,27 +24,11 @@ void ToNet(const Component& component, PlaceList& places) {
   for (int32_t& p : places) p = component.places[static_cast<size_t>(p)];
 }
 
-/// The parts of the component that a thread works on, kept from job to job.
-class PartsOfThread {
- public:
-  SiphonParts& Of(const std::shared_ptr<const Component>& component) {
-    if (component_ != component) {
-      parts_ = std::make_unique<SiphonParts>(component->arcs);
-      component_ = component;
-    }
-    return *parts_;
-  }
-
- private:
-  std::shared_ptr<const Component> component_;
-  std::unique_ptr<SiphonParts> parts_;
-};
-
 JobsOutcome RunInThisThread(std::vector<SiphonJob> jobs, const JobLimits& limits,
                             const std::function<bool(const PlaceList&)>& found,
                             const std::function<bool()>& stop) {
   JobsOutcome outcome;
-  PartsOfThread parts;
+  LastParts parts;
   PlaceList siphon;
   std::vector<SiphonJob> waiting(std::make_move_iterator(jobs.rbegin()),
                                  std::make_move_iterator(jobs.rend()));
@@ -101,7 +86,7 @@ class JobCrew {
 
   /// What each thread does: takes the first job that waits, until all is done.
   void Work() {
-    PartsOfThread parts;
+    LastParts parts;
     std::unique_lock lock(mutex_);
     for (;;) {
       auto entry = entries_.end();

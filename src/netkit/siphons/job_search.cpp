@@ -27,6 +27,8 @@ JobSearch::JobSearch(const SiphonJob& job, const JobLimits& limits, SiphonParts&
       splitAtConflicts_(limits.conflicts),
       restartAt_(kRestartInterval) {
   for (const JobArcs::Transition& transition : arcs_.transitions) support_.push_back(transition.inputs[0]);
+  inputsHeld_.resize(arcs_.transitions.size());
+  stamps_.resize(job.places.size());
   AddSiphonClauses(arcs_, search_);
   AddHeldAndKnown();
 }
@@ -68,8 +70,9 @@ JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const 
         continue;
       }
     }
-    if (static_cast<int64_t>(held_.size()) > limits_.mostPlaces) {
-      if (!LeaveOutGreat()) return JobEnd::kExhausted;
+    const size_t mostPlaces = static_cast<size_t>(limits_.MostPlaces());
+    if (held_.size() > mostPlaces) {
+      if (!LeaveOutGreat(mostPlaces)) return JobEnd::kExhausted;
       continue;
     }
     const uint32_t lacking = FirstLacking();
@@ -164,7 +167,7 @@ JobSearch::Step JobSearch::Answer(const std::function<bool(const PlaceList&)>& f
   siphon.reserve(held_.size());
   for (const Variable p : held_) siphon.push_back(job_.places[p]);
   std::sort(siphon.begin(), siphon.end());
-  PlaceList smaller = Smaller(siphon);
+  PlaceList smaller = FallsWithoutTested() ? PlaceList() : Smaller(siphon);
   const bool isRejected = !smaller.empty();
   rejected_ += isRejected ? 1 : 0;
   if (isRejected && !HasPhases()) return LeaveOut(smaller) ? Step::kGoOn : Step::kExhausted;
@@ -172,6 +175,59 @@ JobSearch::Step JobSearch::Answer(const std::function<bool(const PlaceList&)>& f
   if (!found(answers_.back())) return Step::kStop;
   ++found_;
   return LeaveOut(answers_.back()) ? Step::kGoOn : Step::kExhausted;
+}
+
+/// Whether a glance shows that the held places, a siphon, hold no other one that lacks a tested place:
+/// without the first tested place all go, and without another one that one goes. False when a closer look is
+/// needed.
+bool JobSearch::FallsWithoutTested() {
+  if (tested_.empty()) return true;
+  for (const Variable p : held_) {
+    for (const uint32_t t : arcs_.consumers[p]) ++inputsHeld_[t];
+  }
+  const Variable first = arcs_.variableOf[static_cast<size_t>(tested_[0])];
+  const bool falls = AllTestedLeadTo(first) && FallsWithout(first);
+  for (const Variable p : held_) {
+    for (const uint32_t t : arcs_.consumers[p]) inputsHeld_[t] = 0;
+  }
+  return falls;
+}
+
+/// Whether there is a path from every tested place to this one, from held place to held place by transitions
+/// that fill the one and take from no other held place: then each place on it goes when the one before goes.
+bool JobSearch::AllTestedLeadTo(Variable place) {
+  stamps_[place] = ++stamp_;
+  walk_.assign(1, place);
+  for (size_t next = 0; next < walk_.size() && tested_.size() > 1; ++next) {
+    for (const uint32_t t : arcs_.producers[walk_[next]]) {
+      const Variable before = support_[t];
+      assert(search_.IsTrue(Holds(before)));
+      if (inputsHeld_[t] != 1 || stamps_[before] == stamp_) continue;
+      stamps_[before] = stamp_;
+      walk_.push_back(before);
+    }
+  }
+  return std::all_of(tested_.begin(), tested_.end(), [this](int32_t p) {
+    return stamps_[arcs_.variableOf[static_cast<size_t>(p)]] == stamp_;
+  });
+}
+
+/// Whether all held places go when this one goes: those that a transition fills which takes from none of the
+/// rest, again and again. Counts inputsHeld_ down.
+bool JobSearch::FallsWithout(Variable place) {
+  stamps_[place] = ++stamp_;
+  walk_.assign(1, place);
+  for (size_t next = 0; next < walk_.size(); ++next) {
+    for (const uint32_t t : arcs_.consumers[walk_[next]]) {
+      if (--inputsHeld_[t] != 0) continue;
+      for (const Variable q : arcs_.transitions[t].outputs) {
+        if (stamps_[q] == stamp_ || !search_.IsTrue(Holds(q))) continue;
+        stamps_[q] = stamp_;
+        walk_.push_back(q);
+      }
+    }
+  }
+  return walk_.size() == held_.size();
 }
 
 /// A minimal siphon within this one that lacks a held place, or nothing when this one is minimal.
@@ -196,10 +252,10 @@ bool JobSearch::LeaveOut(const PlaceList& siphon) {
 }
 
 /// Excludes the sets that contain the first held places, one more than wanted; false when nothing is left.
-bool JobSearch::LeaveOutGreat() {
+bool JobSearch::LeaveOutGreat(size_t mostPlaces) {
   leftOutGreat_ = true;
   clause_.clear();
-  for (size_t i = 0; i <= static_cast<size_t>(limits_.mostPlaces); ++i) clause_.push_back(Lacks(held_[i]));
+  for (size_t i = 0; i <= mostPlaces; ++i) clause_.push_back(Lacks(held_[i]));
   return search_.AddFalseClause(clause_);
 }
 

@@ -5,8 +5,8 @@
 // out, those first that would need most besides, and by activity; the last is then implied. When no held
 // place lacks anything, the held places are a siphon. Every one of them was implied, so it is the only
 // minimal siphon among its subsets that hold what had to be held; a smaller one could only lack one of these,
-// and one test for each finds that out. Deciding only what is out is how answer set solvers enumerate minimal
-// models (domain heuristics, Gebser et al. 2013).
+// and one test for each finds that out; mostly a glance at all of them is enough. Deciding only what is out
+// is how answer set solvers enumerate minimal models (domain heuristics, Gebser et al. 2013).
 //
 // A clause then says that not all places of the answer are held, and is the next conflict. In a job that
 // holds nothing yet, the first place left is held (a phase), until no siphon with it is left; from then on it
@@ -74,9 +74,12 @@ class JobSearch {
   void Decide(Literal literal);
 
   Step Answer(const std::function<bool(const PlaceList&)>& found);
+  bool FallsWithoutTested();
+  bool FallsWithout(Variable place);
+  bool AllTestedLeadTo(Variable place);
   PlaceList Smaller(const PlaceList& siphon);
   bool LeaveOut(const PlaceList& siphon);
-  bool LeaveOutGreat();
+  bool LeaveOutGreat(size_t mostPlaces);
 
   PlaceList PlacesLeft() const;
 
@@ -92,6 +95,11 @@ class JobSearch {
   std::vector<Mark> marks_;        ///< by level
   std::vector<Variable> support_;  ///< by transition: an input place that was held when asked last
   std::vector<Literal> clause_;
+
+  std::vector<uint32_t> inputsHeld_;  ///< by transition, for FallsWithoutTested
+  std::vector<uint32_t> stamps_;      ///< by place: the walk that met it last
+  std::vector<Variable> walk_;
+  uint32_t stamp_ = 0;
 
   Variable phase_ = 0;  ///< the place held on level 1, in jobs with phases
   bool inPhase_ = false;

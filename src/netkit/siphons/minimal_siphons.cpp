@@ -86,6 +86,7 @@ EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& q
   if (query.parts > 1) jobs = JobsOfPart(std::move(jobs), query.part, query.parts);
   JobLimits limits;
   limits.mostPlaces = query.mostPlaces;
+  limits.mostPlacesNow = query.mostPlacesNow;
   const JobsOutcome outcome = RunJobs(
       std::move(jobs), limits, threads, [&found](const PlaceList& siphon) { return found(siphon); }, stop);
   return {outcome.complete, outcome.leftOutGreat};

@@ -1,6 +1,7 @@
 // All minimal siphons of a net, one after the other, without arithmetic.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -15,6 +16,7 @@ struct SiphonQuery {
   PlaceList within;      ///< all places of the siphon are among these, each once
   PlaceList containing;  ///< and these are among its places
   int32_t mostPlaces = std::numeric_limits<int32_t>::max();  ///< and it has no more than these many
+  const std::atomic<int32_t>* mostPlacesNow = nullptr;       ///< if not null, the same; may fall meanwhile
   int32_t part = 1;                                          ///< of `parts`: every siphon belongs to one part
   int32_t parts = 1;                                         ///< at least 1
 };

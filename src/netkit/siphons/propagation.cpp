@@ -112,18 +112,22 @@ bool ClauseSearch::Propagate() {
 bool ClauseSearch::PropagateClauses(Literal nowFalse) {
   std::vector<Watch>& watches = watches_[nowFalse];
   steps_ += watches.size();
-  size_t kept = 0;
-  for (size_t i = 0; i < watches.size(); ++i) {
-    const Watch watch = watches[i];
+  // No watch is added to this list meanwhile, since no other literal of a clause is this one.
+  const auto end = watches.end();
+  auto kept = watches.begin();
+  bool isConflict = false;
+  for (auto at = watches.begin(); at != end; ++at) {
+    const Watch watch = *at;
     if (IsTrue(watch.other)) {
-      watches[kept++] = watch;
+      *kept++ = watch;
       continue;
     }
     const std::span<Literal> literals = LiteralsOf(watch.clause);
-    if (literals[0] == nowFalse) std::swap(literals[0], literals[1]);
-    const Literal first = literals[0];
+    const Literal first = literals[0] ^ literals[1] ^ nowFalse;
+    literals[0] = first;
+    literals[1] = nowFalse;
     if (IsTrue(first)) {
-      watches[kept++] = {watch.clause, first};
+      *kept++ = {watch.clause, first};
       continue;
     }
     const auto next =
@@ -133,18 +137,18 @@ bool ClauseSearch::PropagateClauses(Literal nowFalse) {
       watches_[literals[1]].push_back({watch.clause, first});
       continue;
     }
-    watches[kept++] = {watch.clause, first};
+    *kept++ = {watch.clause, first};
     if (!IsFalse(first)) {
       Assign(first, 2 * watch.clause);
       continue;
     }
     conflict_.assign(literals.begin(), literals.end());
-    while (++i < watches.size()) watches[kept++] = watches[i];
-    watches.resize(kept);
-    return false;
+    kept = std::copy(at + 1, end, kept);
+    isConflict = true;
+    break;
   }
-  watches.resize(kept);
-  return true;
+  watches.erase(kept, end);
+  return !isConflict;
 }
 
 void ClauseSearch::Decide(Literal literal) {
