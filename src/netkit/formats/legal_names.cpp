@@ -36,7 +36,8 @@ std::string LegalName(const std::string& name, const std::unordered_set<std::str
   if (!taken.contains(legal)) return legal;
   for (int64_t& number = numbers.try_emplace(legal, 2).first->second; taken.contains(legal); ++number) {
     const std::string suffix = "_" + std::to_string(number);
-    legal = Shortened(legal.substr(0, legal.rfind('_')), kLongest - suffix.size()) + suffix;
+    legal = Shortened(legal.substr(0, legal.rfind('_')), kLongest - suffix.size());
+    legal += suffix;
   }
   return legal;
 }
