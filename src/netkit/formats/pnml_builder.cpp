@@ -17,10 +17,10 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 
 /// What nodes and arcs may have without any effect that is not taken into account.
-constexpr std::array kKnownParts = {"name",     "graphics", "toolspecific", "initialMarking", "inscription",
-                                    "capacity", "timed",    "rate",         "infiniteServer", "priority",
-                                    "type",     "arctype",  "arcpath",      "tagged",         "orientation",
-                                    "text",     "labels"};
+constexpr std::array kKnownParts = {"name",        "graphics",    "toolspecific", "initialMarking",
+                                    "inscription", "timed",       "rate",         "infiniteServer",
+                                    "priority",    "type",        "arctype",      "arcpath",
+                                    "tagged",      "orientation", "text",         "labels"};
 
 std::string Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
@@ -44,8 +44,9 @@ std::string AsName(std::string_view label) {
 }
 
 bool Is(pugi::xml_node element, const char* name) {
+  if (std::strcmp(element.name(), name) == 0) return true;
   const char* const colon = std::strrchr(element.name(), ':');
-  return std::strcmp(colon == nullptr ? element.name() : colon + 1, name) == 0;
+  return colon != nullptr && std::strcmp(colon + 1, name) == 0;
 }
 
 /// Where a label stands: its offset from the node. Sums of decimal fractions are rounded to millionths, so
@@ -168,16 +169,19 @@ PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
 void PnmlBuilder::CheckChildren(pugi::xml_node element) {
   for (const pugi::xml_node child : element.children()) {
     if (child.type() != pugi::node_element) continue;
+    if (std::any_of(kKnownParts.begin(), kKnownParts.end(),
+                    [child](const char* known) { return Is(child, known); })) {
+      continue;
+    }
     const std::string value = Is(child, "capacity") ? ValueOf(child) : "";
     if (Is(child, "hlinitialMarking") || Is(child, "hlinscription") || Is(child, "condition")) {
       Error(child, "the element " + Quoted(child.name()) +
                        " belongs to high-level nets; unfold the net to a place/transition net first");
-    } else if (Is(child, "capacity") && !value.empty() && value != "0" && !value.ends_with(",0")) {
+    } else if (!value.empty() && value != "0" && !value.ends_with(",0")) {
       Error(child, "a capacity of " + Quoted(value) + "; write a place for the free room instead");
     } else if (Is(child, "delay")) {
       Error(child, "a time interval, which decides what can fire; netkit reads untimed and stochastic nets");
-    } else if (std::none_of(kKnownParts.begin(), kKnownParts.end(),
-                            [child](const char* known) { return Is(child, known); })) {
+    } else if (!Is(child, "capacity")) {
       WarnOfUnknown(child);
     }
   }

@@ -41,12 +41,15 @@ size_t FirstFaultyByte(std::string_view text) {
       return at < text.size() ? static_cast<unsigned char>(text[at]) : 0u;
     };
     const unsigned lead = byte(i);
-    const size_t length = lead < 0x80                   ? 1
-                          : lead >= 0xC2 && lead < 0xE0 ? 2
+    if (lead > 0 && lead < 0x80) {
+      ++i;
+      continue;
+    }
+    const size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
                           : lead >= 0xE0 && lead < 0xF0 ? 3
                           : lead >= 0xF0 && lead < 0xF5 ? 4
                                                         : 0;
-    if (length == 0 || lead == 0) return i;
+    if (length == 0) return i;
     for (size_t k = 1; k < length; ++k) {
       if ((byte(i + k) & 0xC0u) != 0x80u) return i;
     }
