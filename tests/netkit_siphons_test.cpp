@@ -1,6 +1,7 @@
 // netkit siphons and traps as processes: against the reports of the golden runs, and what their
 // options, limits and interrupts do.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -175,12 +176,40 @@ TEST_F(Ring, InterruptedItWritesWhatItFound) {
   }
 }
 
+/// Runs shell commands on the net; in these "$@" enumerates its siphons.
+Outcome InShell(const fs::path& model, const std::string& commands) {
+  WriteFile(model / "commands", "set -- '" NETKIT_PROGRAM "' siphons net\n" + commands + "\n");
+  return RunProgram(ModelDirectory(model), "sh", "'" + (model / "commands").string() + "'");
+}
+
+// A signal that comes before the program is at work, on a slow machine, ends the commands in the same way, or
+// is ignored as well.
+TEST_F(Ring, LeavesSignalsAndFilesAsItShould) {
+  const fs::path pipe = model_.path() / "pipe", file = model_.path() / "file";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  // Nobody reads the answer, so the first signal leaves the program waiting.
+  EXPECT_EQ(InShell(model_.path(), "\"$@\" >'" + pipe.string() + "' & exec 3<'" + pipe.string() +
+                                       "'; sleep 0.7; kill -TERM $!; sleep 1; kill -TERM $!\n"
+                                       "sleep 0.3; exec 3<&-; wait $!")
+                .status,
+            128 + SIGTERM)
+      << "the second signal ends the process";
+  // A shell has its background processes ignore SIGINT.
+  EXPECT_NE(InShell(model_.path(), "\"$@\" --count --timeout 1 & sleep 0.5; kill -INT $!; wait $!")
+                .out.find("(incomplete: time limit)"),
+            std::string::npos);
+  WriteFile(file, "old");
+  InShell(model_.path(), "timeout -s KILL 0.7 \"$@\" -o '" + file.string() + "'");
+  EXPECT_EQ(ReadFile(file), "old") << "it is there until the answer is";
+}
+
 TEST_F(Ring, ShowsProgressOnATerminal) {
   const std::string command =
       ModelDirectory(model_.path()) + " " NETKIT_PROGRAM " siphons net --count --timeout 2.5 -o /dev/null";
   const Outcome outcome = RunProgram("", "script", "-qec \"" + command + "\" /dev/null");
   EXPECT_EQ(outcome.status, 3);
   EXPECT_NE(outcome.out.find(" siphons so far, 2 s"), std::string::npos);
+  EXPECT_EQ(outcome.out.find(" so far, 0 s"), std::string::npos);
   EXPECT_EQ(outcome.out.find('\n'), outcome.out.size() - 1) << "one line, rewritten, and the last words";
   EXPECT_NE(outcome.out.find("\rtime limit: "), std::string::npos);
   EXPECT_NE(outcome.out.find(" siphons found so far, written to /dev/null\r\n"), std::string::npos);
