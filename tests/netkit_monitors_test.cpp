@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <regex>
 
 #include "tests/program.h"
 
@@ -58,6 +59,20 @@ TEST(NetkitMonitors, AnswersAsJson) {
   EXPECT_EQ(monitor["keeps"]["weights"].size(), 10U);
   EXPECT_EQ(monitor["feeds"].size(), 5U);
   EXPECT_EQ(monitor["filled_by"].size(), 5U);
+}
+
+/// The script lists all markings by itself and ends where netkit says something else.
+TEST(NetkitMonitors, AgreeWithAListingByAScript) {
+  const Outcome table =
+      RunProgram("", "python3",
+                 "'" SOURCE_DIRECTORY "/bench/monitors_table.py' '" NETKIT_PROGRAM "' '" EXAMPLES_DIRECTORY
+                 "/two_robots.PD' '" SOURCE_DIRECTORY "/bench/nets/s4pr_2_3_3.PD'");
+  EXPECT_EQ(table.status, 0) << table.err;
+  const std::string rows = std::regex_replace(table.out, std::regex("[0-9.]+ s "), "TIME ");
+  EXPECT_NE(rows.find("| two_robots | deadlock-free | 2 | TIME | 85 of 85 | blocks | 3 | 85 of 85 |\n"
+                      "| s4pr_2_3_3 | deadlock-free | 1 | TIME | 68 of 68 | blocks | 2 | 49 of 68 |\n"),
+            std::string::npos)
+      << table.out;
 }
 
 TEST(NetkitMonitors, SaysWhyNoneIsFound) {

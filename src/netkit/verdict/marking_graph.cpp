@@ -33,30 +33,30 @@ bool MarkingGraph::Explore(const FiringNet& net, int32_t most, const std::functi
   return all;
 }
 
-std::vector<bool> MarkingGraph::NeedNotBlock(const std::vector<bool>& uncontrollable) const {
+std::vector<bool> MarkingGraph::NeedNotBlock(const std::vector<bool>& uncontrollable,
+                                             std::vector<bool> within) const {
   std::vector<std::vector<const Firing*>> before(static_cast<size_t>(Size()));
   std::vector<int32_t> waysOn(before.size());
   for (const Firing& firing : firings_) {
     before[static_cast<size_t>(firing.to)].push_back(&firing);
     ++waysOn[static_cast<size_t>(firing.from)];
   }
-  std::vector<bool> goesOn(before.size(), true);
   std::vector<int32_t> out;
-  const auto takeOut = [&](int32_t number) {
-    if (!goesOn[static_cast<size_t>(number)]) return;
-    goesOn[static_cast<size_t>(number)] = false;
-    out.push_back(number);
-  };
-  for (int32_t number = 0; number < Size(); ++number) {
-    if (waysOn[static_cast<size_t>(number)] == 0) takeOut(number);
+  for (size_t number = 0; number < within.size(); ++number) {
+    if (within[number] && waysOn[number] > 0) continue;
+    within[number] = false;
+    out.push_back(static_cast<int32_t>(number));
   }
   for (size_t next = 0; next < out.size(); ++next) {
     for (const Firing* firing : before[static_cast<size_t>(out[next])]) {
       const bool isLast = --waysOn[static_cast<size_t>(firing->from)] == 0;
-      if (isLast || uncontrollable[static_cast<size_t>(firing->transition)]) takeOut(firing->from);
+      if (!isLast && !uncontrollable[static_cast<size_t>(firing->transition)]) continue;
+      if (!within[static_cast<size_t>(firing->from)]) continue;
+      within[static_cast<size_t>(firing->from)] = false;
+      out.push_back(firing->from);
     }
   }
-  return goesOn;
+  return within;
 }
 
 }  // namespace siphons

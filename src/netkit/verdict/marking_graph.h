@@ -29,9 +29,9 @@ class MarkingGraph {
   int32_t Size() const { return store_.Size(); }
   void Get(int32_t number, Marking& marking) const { store_.Unpack(number, marking); }
 
-  /// By marking: whether the net can go on from it for ever, and keeps to such markings whatever the given
-  /// transitions do, by transition.
-  std::vector<bool> NeedNotBlock(const std::vector<bool>& uncontrollable) const;
+  /// By marking: whether the net can go on from it for ever within the markings of `within`, and keeps to
+  /// such markings whatever the given transitions do, by transition.
+  std::vector<bool> NeedNotBlock(const std::vector<bool>& uncontrollable, std::vector<bool> within) const;
 
  private:
   bool Explore(const FiringNet& net, int32_t most, const std::function<bool()>& stop);

@@ -56,14 +56,34 @@ class Supervision {
  private:
   void ListMarkings() {
     graph_.emplace(firingNet_, kMostMarkings, stop_);
-    const std::vector<bool> isGood = graph_->NeedNotBlock(uncontrollable_);
-    canBeKept_ = isGood[0] || !graph_->Complete();
+    isGood_ = graph_->NeedNotBlock(uncontrollable_, AllMarkings());
+    canBeKept_ = isGood_[0] || !graph_->Complete();
+    ListGoodOnes();
+  }
+
+  std::vector<bool> AllMarkings() const {
+    return std::vector<bool>(static_cast<size_t>(graph_->Size()), true);
+  }
+
+  void ListGoodOnes() {
+    good_.clear();
     Marking marking = firingNet_.Initial();
     for (int32_t number = 0; number < graph_->Size(); ++number) {
-      if (!isGood[static_cast<size_t>(number)]) continue;
+      if (!isGood_[static_cast<size_t>(number)]) continue;
       graph_->Get(number, marking);
       good_.push_back(marking);
     }
+  }
+
+  /// What is left of the good markings, by number, when the condition holds: without those that lose their
+  /// last way on to the others.
+  std::vector<bool> GoodWith(const MarkingBound& bound) const {
+    std::vector<bool> good = isGood_;
+    size_t next = 0;
+    for (size_t number = 0; number < good.size(); ++number) {
+      if (good[number] && CutOff(bound, {&good_[next++], 1}) > 0) good[number] = false;
+    }
+    return graph_->Complete() ? graph_->NeedNotBlock(uncontrollable_, std::move(good)) : good;
   }
 
   /// Adds a monitor that excludes the dead marking of the verdict, or tells why there is none.
@@ -85,6 +105,10 @@ class Supervision {
       if (fewest_ > 0 && (!best_ || !anySign)) Consider(Weighted(AllOwnPlaces(), dead, anySign), dead);
     }
     if (!best_) return GiveUncontrolled(siphons);
+    if (fewest_ > 0) {
+      isGood_ = GoodWith(best_->keeps);
+      ListGoodOnes();
+    }
     result_.monitors.push_back(std::move(*best_));
     result_.net = *WithMonitors(net_, result_.monitors);
     return true;
@@ -103,11 +127,12 @@ class Supervision {
     const std::string who = options_.uncontrollable.empty() ? "transitions with priority over others"
                                                             : "uncontrollable transitions";
     if (canBeKept_) {
-      return Give("no weighted sum of tokens tells the dead marking from the initial one" +
-                  (allControllable ? "" : " and can be kept without holding up " + who));
+      return Give(
+          "no weighted sum of tokens was found that excludes the dead marking and spares the initial one" +
+          (allControllable ? "" : " without holding up " + who));
     }
     const std::vector<bool> none(uncontrollable_.size());
-    if (!graph_->NeedNotBlock(none)[0])
+    if (!graph_->NeedNotBlock(none, AllMarkings())[0])
       return Give("every way on from the initial marking ends in a deadlock");
     return Give("whatever is held up, " + who + " can lead into a deadlock");
   }
@@ -122,8 +147,13 @@ class Supervision {
     Monitor monitor{NextName(), *bound, 0};
     if (__builtin_sub_overflow(*initial, bound->least, &monitor.tokens) || !IsSmall(monitor.tokens)) return;
     if (!IsSmall(bound->least) || !LeavesUncontrollable(monitor)) return;
-    const size_t excluded = CutOff(*bound, good_);
+    size_t excluded = CutOff(*bound, good_);
     if (excluded >= fewest_) return;
+    if (excluded > 0) {
+      const std::vector<bool> left = GoodWith(*bound);
+      excluded = good_.size() - static_cast<size_t>(std::count(left.begin(), left.end(), true));
+      if (excluded >= fewest_ || (graph_->Complete() && !left[0])) return;
+    }
     fewest_ = excluded;
     best_ = std::move(monitor);
   }
@@ -250,7 +280,8 @@ class Supervision {
       reached.emplace(marking.begin(), marking.begin() + firingNet_.PlaceCount());
     }
     KeptMarkings count;
-    const std::vector<bool> needNotBlock = graph_->NeedNotBlock(std::vector<bool>(uncontrollable_.size()));
+    const std::vector<bool> needNotBlock =
+        graph_->NeedNotBlock(std::vector<bool>(uncontrollable_.size()), AllMarkings());
     marking = firingNet_.Initial();
     for (int32_t number = 0; number < graph_->Size(); ++number) {
       if (!needNotBlock[static_cast<size_t>(number)]) continue;
@@ -268,7 +299,8 @@ class Supervision {
   FiringNet firingNet_;
   std::vector<bool> uncontrollable_;   ///< by transition
   std::optional<MarkingGraph> graph_;  ///< of the old net, or a part of it
-  std::vector<Marking> good_;          ///< its markings at which the net can be kept from blocking
+  std::vector<bool> isGood_;           ///< its markings at which the net can be kept from blocking
+  std::vector<Marking> good_;          ///< the same as a list
   bool canBeKept_ = true;              ///< whether the initial one is such, as far as that is known
   std::optional<Monitor> best_;        ///< for the dead marking that is looked at
   size_t fewest_ = SIZE_MAX;           ///< good markings that it excludes
