@@ -1,5 +1,6 @@
 """A browser under a test's control: headless Chromium, spoken to in the WebDriver protocol."""
 
+import base64
 import json
 import subprocess
 import tempfile
@@ -67,6 +68,12 @@ class Browser:
 
     def text(self, selector):
         return self._send("GET", f"/element/{self.find(selector)}/text")
+
+    def screenshot(self, path, width, height):
+        """What a window of this size shows, as a PNG file."""
+        self._send("POST", "/window/rect", {"width": width, "height": height})
+        with open(path, "wb") as file:
+            file.write(base64.b64decode(self._send("GET", "/screenshot")))
 
     def wait(self, script):
         """Until the function body returns something true; an error after ten seconds."""

@@ -132,7 +132,14 @@ class Names(Page):
 class Large(Page):
     def test_tokens_are_exact(self):
         # 2^53 + 1 is the first whole number that a script's plain numbers cannot hold.
-        self.draw_text(net_text({"many": 2**53 + 2, "key": 1}, {"open": (["many", "key"], [])}))
+        path = os.path.join(self.folder, "net.pnml")
+        place = '<place id="{0}"><initialMarking><text>{1}</text></initialMarking></place>'.format
+        arc = '<arc id="from_{0}" source="{0}" target="open"/>'.format
+        with open(path, "w", encoding="utf-8") as file:
+            file.write('<pnml><net id="n" type="http://www.pnml.org/version-2009/grammar/ptnet"><page id="g">' +
+                       place("many", 2**53 + 2) + place("key", 1) + '<transition id="open"/>' + arc("many") +
+                       arc("key") + "</page></net></pnml>")
+        self.draw(path)
         self.browser.click("#last")
         self.assertEqual(self.browser.run(TOKENS), {"many": f"{2**53 + 1} tokens"})
 

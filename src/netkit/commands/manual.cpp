@@ -16,10 +16,12 @@ std::string Sentences(std::string text) {
   if (text.back() != '.') text += '.';
   std::string lines;
   bool begins = true;  // a line, where dots and quotes would begin a macro
-  for (const char c : text) {
+  for (size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
     if (begins && (c == '.' || c == '\'')) lines += "\\&";
-    lines += c == '\\' ? "\\e" : std::string(1, c);
-    begins = c == '\n';
+    const bool endsSentence = c == ' ' && at > 0 && text[at - 1] == '.';
+    lines += c == '\\' ? "\\e" : std::string(1, endsSentence ? '\n' : c);
+    begins = lines.back() == '\n';
   }
   return lines + "\n";
 }

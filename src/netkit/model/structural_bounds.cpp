@@ -19,7 +19,7 @@ constexpr unsigned kEffort = 20'000'000;
 
 class Programs {
  public:
-  explicit Programs(const PetriNet& net) : net_(net), optimize_(context_) {
+  explicit Programs(const PetriNet& net) : optimize_(context_) {
     z3::params parameters(context_);
     parameters.set("rlimit", kEffort);
     optimize_.set(parameters);
@@ -74,7 +74,6 @@ class Programs {
     if (!terms.empty()) optimize_.add(z3::sum(terms) <= 0);
   }
 
-  const PetriNet& net_;
   z3::context context_;
   z3::optimize optimize_;
   std::vector<z3::expr> weights_;
