@@ -62,7 +62,9 @@ class Supervision {
   }
 
   std::vector<bool> AllMarkings() const {
-    return std::vector<bool>(static_cast<size_t>(graph_->Size()), true);
+    std::vector<bool> all;
+    all.resize(static_cast<size_t>(graph_->Size()), true);
+    return all;
   }
 
   void ListGoodOnes() {
@@ -79,9 +81,10 @@ class Supervision {
   /// last way on to the others.
   std::vector<bool> GoodWith(const MarkingBound& bound) const {
     std::vector<bool> good = isGood_;
-    size_t next = 0;
-    for (size_t number = 0; number < good.size(); ++number) {
-      if (good[number] && CutOff(bound, {&good_[next++], 1}) > 0) good[number] = false;
+    auto number = good.begin();
+    for (const Marking& marking : good_) {
+      number = std::find(number, good.end(), true);
+      *number++ = CutOff(bound, {&marking, 1}) == 0;
     }
     return graph_->Complete() ? graph_->NeedNotBlock(uncontrollable_, std::move(good)) : good;
   }
