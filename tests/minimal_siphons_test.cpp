@@ -304,6 +304,12 @@ TEST(SiphonWithin, IsTheGreatestAndShrinksAroundKeptPlaces) {
         EXPECT_FALSE(siphon.TryRemove(p, gone)) << "a kept place goes";
         EXPECT_EQ(SetOf(siphon.Places()), now);
       }
+      siphon.Assign(ListOf(within));
+      for (const int32_t p : siphon.Places()) {
+        siphon.KeepNothing();
+        siphon.Keep(p);
+        EXPECT_FALSE(siphon.TryRemove(p, gone)) << "a kept place goes, which nothing else needs";
+      }
     }
   }
 }
