@@ -24,6 +24,7 @@ class TrapFinder {
   explicit TrapFinder(const PetriNet& net);
   TrapFinder(const TrapFinder&) = delete;
   TrapFinder& operator=(const TrapFinder&) = delete;
+  ~TrapFinder() = default;
 
   /// Initially marked traps among the places, none of whose places is in another one, each with few places;
   /// `most` at most. None exactly when no trap among the places is marked.

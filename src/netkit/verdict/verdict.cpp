@@ -39,7 +39,7 @@ struct ProofKind {
 };
 
 constexpr ProofKind kProofs[] = {
-    {StateEquation::Numbers::kNoEquation, StateEquation::Search::kNeeded, Ground::kTraps, kSolverSteps / 8},
+    {StateEquation::Numbers::kNoEquation, StateEquation::Search::kNeeded, Ground::kTraps, kSolverSteps / 4},
     {StateEquation::Numbers::kRational, StateEquation::Search::kNeeded, Ground::kEquation, kSolverSteps / 8},
     {StateEquation::Numbers::kRational, StateEquation::Search::kEverything, Ground::kEquation, 0},
     {StateEquation::Numbers::kWhole, StateEquation::Search::kEverything, Ground::kWholeEquation, 0}};
