@@ -107,9 +107,11 @@ void Enumerate(benchmark::State& state, const std::string& net, int64_t max) {
   const std::string directory = isComposed ? folder : NETS_DIRECTORY;
   WriteProgram(fs::path(directory) / net, program);
   const std::string number = std::to_string(max);
+  const std::string netkit = NETKIT_PROGRAM;
+  const std::string limit = max > 0 ? " --max " + number : std::string();
   for (auto _ : state) {
-    const double seconds = SecondsOf("MODELDIR='" + directory + "' '" NETKIT_PROGRAM "' siphons " + net +
-                                     (max > 0 ? " --max " + number : "") + " -o '" + ours.string() + "'");
+    const double seconds = SecondsOf("MODELDIR='" + directory + "' '" + netkit + "' siphons " + net + limit +
+                                     " -o '" + ours.string() + "'");
     const double clingo = SecondsOf("clingo --heuristic=Domain --enum-mode=domRec --time-limit=60 -q2 " +
                                     number + " '" + program.string() + "' >'" + theirs.string() + "'");
     const int64_t found = NumberAfter(ours, "No. of siphons = ");

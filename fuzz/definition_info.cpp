@@ -43,7 +43,7 @@ void BuildAll(const std::string& description, const std::string& info) {
   std::cin.rdbuf(&buffer);
   std::cin.clear();
   const OwnedNet net(load_net(nullptr, ThrowFatal, false));
-  model = net.get();
+  model = net.get();  // cppcheck-suppress danglingLifetime; ResetTables takes it back
   config_net(*model);
   std::istringstream stream(info);
   read_info(stream);

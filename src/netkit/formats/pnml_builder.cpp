@@ -290,19 +290,19 @@ void PnmlBuilder::GiveNames() {
 std::optional<int64_t> PnmlBuilder::Count(pugi::xml_node element, std::string_view text,
                                           std::string_view what, int64_t least) {
   // Some editors count tokens of several classes: "Default,1,Red,0".
-  std::string_view number = text;
+  std::optional<std::string_view> first;
   for (size_t comma = text.find(','); comma != std::string_view::npos;) {
     const size_t end = text.find(',', comma + 1);
     const std::string_view count = text.substr(comma + 1, end - comma - 1);
-    const bool first = number.data() == text.data() && number.size() == text.size();
-    if (first) {
-      number = count;
+    if (!first) {
+      first = count;
     } else if (count != "0") {
       Error(element, "tokens of more than one class in " + Quoted(text) + "; unfold the net first");
       return std::nullopt;
     }
     comma = end == std::string_view::npos ? end : text.find(',', end + 1);
   }
+  const std::string_view number = first.value_or(text);
   const std::string trimmed = Trimmed(number);
   const std::optional<int64_t> value = PlainDecimal(trimmed);
   if (value && *value >= least) return value;
