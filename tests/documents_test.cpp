@@ -111,12 +111,14 @@ bool IsShown(std::span<const std::string> given, std::span<const std::string> sh
 }
 
 /// What commands find on their path: the programs, and stand-ins for what only a cluster has. `ssh` runs the
-/// command on this machine, `sbatch` runs every job of an array at once.
+/// command on this machine with SHELL set, as the other side of ssh does; `sbatch` runs every job of an array
+/// at once.
 void MakePrograms(const fs::path& directory) {
   fs::create_directory(directory);
   fs::create_symlink(SIPHONS_PROGRAM, directory / "siphons");
   fs::create_symlink(NETKIT_PROGRAM, directory / "netkit");
-  WriteFile(directory / "ssh", "#!/bin/sh\nshift; [ \"$1\" = -- ] && shift; exec sh -c \"$*\"\n");
+  WriteFile(directory / "ssh",
+            "#!/bin/sh\nshift; [ \"$1\" = -- ] && shift\nSHELL=/bin/sh exec sh -c \"$*\"\n");
   WriteFile(directory / "sbatch",
             "#!/bin/sh\nfor i in $(seq ${1##*-}); do SLURM_ARRAY_TASK_ID=$i sh \"$2\"; done\n");
   for (const char* name : {"ssh", "sbatch"}) fs::permissions(directory / name, fs::perms::owner_all);
@@ -138,7 +140,8 @@ std::vector<std::string> Outputs(const std::vector<Command>& commands, const fs:
     text += "(exit $status); . '" + step + "'; status=$?; printf '\\n%s' '" + mark + "'\n";
   }
   WriteFile(script, text);
-  const std::string environment = "env -u MODELDIR PATH='" + programs.string() + "':\"$PATH\" ";
+  const std::string environment =
+      "env -u MODELDIR HOME='" + place.path().string() + "' PATH='" + programs.string() + "':\"$PATH\" ";
   std::system(
       (environment + "sh '" + script.string() + "' >'" + output.string() + "' 2>&1 </dev/null").c_str());
 
