@@ -34,10 +34,10 @@ std::optional<PnmlBuilder::ArcKind> PnmlBuilder::KindOf(pugi::xml_node element) 
 /// The place or transition at an end of the arc, through reference nodes; null after a report. References on
 /// the way are shortened to its end, so that long chains of them cost their length once.
 const PnmlBuilder::Node* PnmlBuilder::EndOf(pugi::xml_node element, const char* attribute) {
-  std::string id = element.attribute(attribute).value();
-  std::set<std::string> seen;
+  std::string_view id = element.attribute(attribute).value();
+  std::set<std::string_view> seen;
   const auto shorten = [&] {
-    for (const std::string& reference : seen) nodes_[reference].reference = id;
+    for (const std::string_view reference : seen) nodes_[reference].reference = id;
   };
   while (true) {
     const auto found = nodes_.find(id);

@@ -17,10 +17,10 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 
 /// What nodes and arcs may have without any effect that is not taken into account.
-constexpr std::array kKnownParts = {"name",        "graphics",    "toolspecific", "initialMarking",
-                                    "inscription", "timed",       "rate",         "infiniteServer",
-                                    "priority",    "type",        "arctype",      "arcpath",
-                                    "tagged",      "orientation", "text",         "labels"};
+constexpr std::array<std::string_view, 16> kKnownParts = {
+    "name",   "graphics",       "toolspecific", "initialMarking", "inscription", "timed",
+    "rate",   "infiniteServer", "priority",     "type",           "arctype",     "arcpath",
+    "tagged", "orientation",    "text",         "labels"};
 
 std::string Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
@@ -43,10 +43,14 @@ std::string AsName(std::string_view label) {
   return name;
 }
 
-bool Is(pugi::xml_node element, const char* name) {
-  if (std::strcmp(element.name(), name) == 0) return true;
-  const char* const colon = std::strrchr(element.name(), ':');
-  return colon != nullptr && std::strcmp(colon + 1, name) == 0;
+/// The name of the element without its namespace's prefix.
+std::string_view LocalName(pugi::xml_node element) {
+  const std::string_view name = element.name();
+  return name.substr(name.rfind(':') + 1);
+}
+
+bool Is(pugi::xml_node element, std::string_view name) {
+  return LocalName(element) == name;
 }
 
 /// Where a label stands: its offset from the node. Sums of decimal fractions are rounded to millionths, so
@@ -96,6 +100,7 @@ PetriNet PnmlBuilder::Build(pugi::xml_node net) {
   for (const auto& [number, element] : transitionElements_) TakeToolData(element, net_.transitions[number]);
   GiveNames();
   TakeMarkingParameters();
+  arcNumbers_.reserve(arcs_.size());
   for (const pugi::xml_node arc : arcs_) TakeArc(arc);
   if (net_.places.empty()) Error(net, "the net has no place; is this the right file?");
   if (net_.transitions.empty()) Error(net, "the net has no transition; is this the right file?");
@@ -113,23 +118,23 @@ void PnmlBuilder::CheckType(pugi::xml_node net) {
 void PnmlBuilder::TakePage(pugi::xml_node page) {
   for (const pugi::xml_node child : page.children()) {
     if (child.type() != pugi::node_element) continue;
-    if (Is(child, "page")) {
+    const std::string_view name = LocalName(child);
+    if (name == "page") {
       TakePage(child);
-    } else if (Is(child, "place")) {
+    } else if (name == "place") {
       TakePlace(child);
-    } else if (Is(child, "transition")) {
+    } else if (name == "transition") {
       TakeTransition(child);
-    } else if (Is(child, "referencePlace") || Is(child, "referenceTransition")) {
+    } else if (name == "referencePlace" || name == "referenceTransition") {
       TakeReference(child);
-    } else if (Is(child, "arc") || Is(child, "inputArc") || Is(child, "outputArc") ||
-               Is(child, "inhibitorArc")) {
+    } else if (name == "arc" || name == "inputArc" || name == "outputArc" || name == "inhibitorArc") {
       arcs_.push_back(child);
-    } else if (Is(child, "transportArc") || Is(child, "declaration")) {
+    } else if (name == "transportArc" || name == "declaration") {
       Error(child, "the element " + Quoted(child.name()) +
                        " belongs to another class of nets; netkit reads "
                        "place/transition nets");
-    } else if (Is(child, "toolspecific") || Is(child, "name") || Is(child, "graphics") ||
-               Is(child, "token") || Is(child, "labels") || Is(child, "text")) {
+    } else if (name == "toolspecific" || name == "name" || name == "graphics" || name == "token" ||
+               name == "labels" || name == "text") {
       continue;
     } else if (child.attribute("source") && child.attribute("target")) {
       Error(child, "an arc of the unknown kind " + Quoted(child.name()) +
@@ -148,7 +153,7 @@ void PnmlBuilder::WarnOfUnknown(pugi::xml_node element) {
 }
 
 PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
-  const std::string id = element.attribute("id").value();
+  const std::string_view id = element.attribute("id").value();
   if (id.empty()) {
     Error(element, "the element " + Quoted(element.name()) + " has no id; give it one");
     return nullptr;
@@ -169,19 +174,17 @@ PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
 void PnmlBuilder::CheckChildren(pugi::xml_node element) {
   for (const pugi::xml_node child : element.children()) {
     if (child.type() != pugi::node_element) continue;
-    if (std::any_of(kKnownParts.begin(), kKnownParts.end(),
-                    [child](const char* known) { return Is(child, known); })) {
-      continue;
-    }
-    const std::string value = Is(child, "capacity") ? ValueOf(child) : "";
-    if (Is(child, "hlinitialMarking") || Is(child, "hlinscription") || Is(child, "condition")) {
+    const std::string_view name = LocalName(child);
+    if (std::find(kKnownParts.begin(), kKnownParts.end(), name) != kKnownParts.end()) continue;
+    const std::string value = name == "capacity" ? ValueOf(child) : "";
+    if (name == "hlinitialMarking" || name == "hlinscription" || name == "condition") {
       Error(child, "the element " + Quoted(child.name()) +
                        " belongs to high-level nets; unfold the net to a place/transition net first");
     } else if (!value.empty() && value != "0" && !value.ends_with(",0")) {
       Error(child, "a capacity of " + Quoted(value) + "; write a place for the free room instead");
-    } else if (Is(child, "delay")) {
+    } else if (name == "delay") {
       Error(child, "a time interval, which decides what can fire; netkit reads untimed and stochastic nets");
-    } else if (!Is(child, "capacity")) {
+    } else if (name != "capacity") {
       WarnOfUnknown(child);
     }
   }
@@ -272,7 +275,8 @@ void PnmlBuilder::TakeReference(pugi::xml_node element) {
 
 /// A label is a name when no other node has it as its label or as its id.
 void PnmlBuilder::GiveNames() {
-  std::unordered_map<std::string, int64_t> uses;
+  std::unordered_map<std::string_view, int64_t> uses;
+  uses.reserve(placeLabels_.size() + transitionLabels_.size());
   for (const auto* labels : {&placeLabels_, &transitionLabels_}) {
     for (const std::string& label : *labels) ++uses[label];
   }

@@ -27,8 +27,8 @@ class PnmlBuilder {
   enum class NodeKind : uint8_t { kPlace, kTransition, kReference, kOther };
   struct Node {
     NodeKind kind = NodeKind::kOther;
-    int32_t number = -1;    ///< of the place or transition
-    std::string reference;  ///< the id that a reference node stands for
+    int32_t number = -1;         ///< of the place or transition
+    std::string_view reference;  ///< the id that a reference node stands for
     SourcePosition where;
   };
   enum class ArcKind : uint8_t { kNormal, kInhibitor };
@@ -72,7 +72,7 @@ class PnmlBuilder {
   const LineTable& lines_;
   Diagnostics& diagnostics_;
   PetriNet net_;
-  std::unordered_map<std::string, Node> nodes_;  ///< by id
+  std::unordered_map<std::string_view, Node> nodes_;  ///< by id, in the document's own text
   std::vector<std::string> placeLabels_, transitionLabels_;
   std::vector<pugi::xml_node> arcs_;
   std::unordered_map<uint64_t, size_t> arcNumbers_;  ///< by place, transition and group: the arc in its group

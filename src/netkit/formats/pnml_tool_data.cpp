@@ -1,5 +1,6 @@
 // What a PNML net cannot say in elements of its own and a .PD file can: kinds, delays, priorities, functions
 // and expressions. The writer keeps them in elements <toolspecific tool="netkit">, and here they come back.
+// What a transition has in common with a plain exponential one is not written.
 #include <algorithm>
 #include <charconv>
 #include <string_view>
@@ -21,9 +22,37 @@ std::optional<size_t> NumberOfWord(const std::array<std::string_view, size>& wor
   return static_cast<size_t>(found - words.begin());
 }
 
+/// Takes the value that the attribute names, if it is there. False: it names none.
+template <size_t size, typename Value>
+bool TakeWord(pugi::xml_attribute attribute, const std::array<std::string_view, size>& words, Value& value) {
+  if (!attribute) return true;
+  const std::optional<size_t> number = NumberOfWord(words, attribute.value());
+  if (number) value = static_cast<Value>(*number);
+  return number.has_value();
+}
+
 std::optional<int64_t> SmallNumber(pugi::xml_attribute attribute, int64_t greatest) {
   const std::optional<int64_t> value = PlainDecimal(attribute.value());
   return value && *value <= greatest ? value : std::nullopt;
+}
+
+template <typename Value>
+bool TakeNumber(pugi::xml_attribute attribute, int64_t greatest, Value& value) {
+  if (!attribute) return true;
+  const std::optional<int64_t> number = SmallNumber(attribute, greatest);
+  if (number) value = static_cast<Value>(*number);
+  return number.has_value();
+}
+
+/// The number or the text of a delay whose kind is known.
+bool TakeDelay(pugi::xml_attribute attribute, TransitionDelay& delay) {
+  if (delay.kind != TransitionDelay::Kind::kNumber) {
+    delay.text = attribute.value();
+    return true;
+  }
+  const std::optional<double> number = attribute ? PlainReal(attribute.value()) : delay.value;
+  if (number) delay.value = *number;
+  return number.has_value();
 }
 
 }  // namespace
@@ -31,29 +60,16 @@ std::optional<int64_t> SmallNumber(pugi::xml_attribute attribute, int64_t greate
 void PnmlBuilder::TakeToolData(pugi::xml_node element, Transition& transition) {
   const pugi::xml_node data = ToolDataOf(element);
   if (!data) return;
-  const auto kind = NumberOfWord(kKindWords, data.attribute("kind").value());
-  const auto policy = NumberOfWord(kPolicyWords, data.attribute("policy").value());
-  const auto server = NumberOfWord(kServerWords, data.attribute("server").value());
-  const auto delayKind = NumberOfWord(kDelayWords, data.attribute("delayKind").value());
-  const auto priority = SmallNumber(data.attribute("priority"), INT32_MAX);
-  const auto orientation = SmallNumber(data.attribute("orientation"), 3);
-  const std::string delay = data.attribute("delay").value();
-  const std::optional<double> number = PlainReal(delay);
-  if (!kind || !policy || !server || !delayKind || !priority || !orientation ||
-      (*delayKind == 0 && !number)) {
+  const bool isRight = TakeWord(data.attribute("kind"), kKindWords, transition.kind) &&
+                       TakeWord(data.attribute("policy"), kPolicyWords, transition.policy) &&
+                       TakeWord(data.attribute("server"), kServerWords, transition.infiniteServer) &&
+                       TakeWord(data.attribute("delayKind"), kDelayWords, transition.delay.kind) &&
+                       TakeNumber(data.attribute("priority"), INT32_MAX, transition.priority) &&
+                       TakeNumber(data.attribute("orientation"), 3, transition.orientation) &&
+                       TakeDelay(data.attribute("delay"), transition.delay);
+  if (!isRight) {
     Error(data, "a value of this element is none that netkit writes; remove the element");
     return;
-  }
-  transition.kind = static_cast<TransitionKind>(*kind);
-  transition.policy = static_cast<MemoryPolicy>(*policy);
-  transition.infiniteServer = *server == 1;
-  transition.priority = static_cast<int32_t>(*priority);
-  transition.orientation = static_cast<Orientation>(*orientation);
-  transition.delay.kind = static_cast<TransitionDelay::Kind>(*delayKind);
-  if (*delayKind == 0) {
-    transition.delay.value = *number;
-  } else {
-    transition.delay.text = delay;
   }
   if (data.attribute("function")) transition.enablingFunction = data.attribute("function").value();
   if (data.attribute("auxiliaryCount")) {

@@ -107,24 +107,34 @@ class Writer {
     pugi::xml_node element = page_.append_child("transition");
     Set(element, "id", IdOf(keepsIds_, transition.id, 't', t));
     AddNode(element, transition);
-    const pugi::xml_node data = AddToolData(element);
-    Set(data, "kind", WordOf(kKindWords, transition.kind));
-    Set(data, "priority", std::to_string(transition.priority));
-    Set(data, "server", kServerWords[transition.infiniteServer ? 1 : 0]);
-    Set(data, "policy", WordOf(kPolicyWords, transition.policy));
-    Set(data, "orientation", std::to_string(static_cast<int>(transition.orientation)));
-    Set(data, "delayKind", WordOf(kDelayWords, transition.delay.kind));
-    const bool isNumber = transition.delay.kind == TransitionDelay::Kind::kNumber;
-    Set(data, "delay", isNumber ? RealText(transition.delay.value) : transition.delay.text);
-    if (transition.enablingFunction) Set(data, "function", *transition.enablingFunction);
+    // Most transitions of most nets are standard ones, which a block each would make half of a large file.
+    const Transition standard;
+    pugi::xml_node data;
+    const auto set = [&](const char* name, std::string_view value, bool isStandard = false) {
+      if (isStandard) return;
+      if (!data) data = AddToolData(element);
+      Set(data, name, value);
+    };
+    set("kind", WordOf(kKindWords, transition.kind), transition.kind == standard.kind);
+    set("priority", std::to_string(transition.priority), transition.priority == standard.priority);
+    set("server", kServerWords[1], !transition.infiniteServer);
+    set("policy", WordOf(kPolicyWords, transition.policy), transition.policy == standard.policy);
+    set("orientation", std::to_string(static_cast<int>(transition.orientation)),
+        transition.orientation == standard.orientation);
+    const TransitionDelay& delay = transition.delay;
+    const bool isNumber = delay.kind == TransitionDelay::Kind::kNumber;
+    set("delayKind", WordOf(kDelayWords, delay.kind), isNumber);
+    set("delay", isNumber ? RealText(delay.value) : delay.text,
+        isNumber && delay.value == standard.delay.value);
+    if (transition.enablingFunction) set("function", *transition.enablingFunction);
     if (transition.auxiliary) {
-      Set(data, "auxiliaryCount", std::to_string(transition.auxiliary->count));
-      Set(data, "auxiliaryFlag", std::to_string(transition.auxiliary->flag));
-      Set(data, "auxiliaryValue", RealText(transition.auxiliary->value));
+      set("auxiliaryCount", std::to_string(transition.auxiliary->count));
+      set("auxiliaryFlag", std::to_string(transition.auxiliary->flag));
+      set("auxiliaryValue", RealText(transition.auxiliary->value));
     }
     if (transition.delayPosition) {
-      Set(data, "delayX", RealText(transition.delayPosition->x));
-      Set(data, "delayY", RealText(transition.delayPosition->y));
+      set("delayX", RealText(transition.delayPosition->x));
+      set("delayY", RealText(transition.delayPosition->y));
     }
   }
 

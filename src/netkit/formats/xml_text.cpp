@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace siphons {
@@ -34,9 +36,22 @@ std::string FromLatin1(const std::string& text) {
   return converted;
 }
 
+/// Whether the eight bytes at the address are ASCII, without a NUL.
+bool AreAscii(const char* bytes) {
+  constexpr uint64_t kOnes = 0x0101010101010101u, kHighBits = kOnes << 7;
+  uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  // Without a high bit set, a byte of the difference has it where the byte is 0 or one lower down is.
+  return ((word | (word - kOnes)) & kHighBits) == 0;
+}
+
 /// The offset of the first byte that is no UTF-8 (RFC 3629), or npos.
 size_t FirstFaultyByte(std::string_view text) {
   for (size_t i = 0; i < text.size();) {
+    if (i + sizeof(uint64_t) <= text.size() && AreAscii(text.data() + i)) {
+      i += sizeof(uint64_t);
+      continue;
+    }
     const auto byte = [&text](size_t at) {
       return at < text.size() ? static_cast<unsigned char>(text[at]) : 0u;
     };
@@ -165,6 +180,7 @@ class MarkScan {
 }  // namespace
 
 LineTable::LineTable(const std::string& text) : starts_{0} {
+  starts_.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
   for (size_t i = text.find('\n'); i != std::string::npos; i = text.find('\n', i + 1)) {
     starts_.push_back(static_cast<int64_t>(i) + 1);
   }
