@@ -1,9 +1,13 @@
-// netkit siphons against clingo, which enumerates minimal models by its domain heuristic: whole processes on
-// the same nets, in one run, the least of five runs each. Times are processor seconds of the children. Both
-// must find the same number; clingo is stopped after a minute, and its time is then a lower bound.
+// netkit siphons against clingo, which enumerates minimal models by its domain heuristic, and against an
+// earlier build of netkit, where SIPHONS_EARLIER_NETKIT names one: whole processes on the same nets, in one
+// run, each the least of five. Times are processor seconds of the children. Where the enumeration comes to
+// its end, all must find the same sets; where it stops at a maximum, the same number.
 //
 //   siphons           how many there are, or the maximum asked for
 //   clingo_s, ratio   clingo's seconds, and how many times as long as netkit it takes
+//   earlier_s         the earlier build's seconds
+//
+// What takes minutes is stopped after a time that the label tells; it is not compared then.
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -12,9 +16,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "net/load_net.h"
 
@@ -24,8 +32,11 @@ namespace fs = std::filesystem;
 using siphons::Net;
 using siphons::NetArc;
 
-/// The siphon condition as a logic program. A model that starts from "out" wherever it is free to is minimal.
-void WriteProgram(const fs::path& net, const fs::path& path) {
+constexpr int kLimit = 60;  ///< seconds
+
+/// Writes the siphon condition as a logic program; the names of the places by their numbers in it. A model
+/// that starts from "out" wherever it is free to is minimal.
+std::vector<std::string> WriteProgram(const fs::path& net, const fs::path& path) {
   const Net* const loaded = siphons::load_net(net.c_str(), nullptr, false);
   std::ofstream program(path);
   program << "place(0.." << loaded->nplaces - 1 << ").\n";
@@ -42,7 +53,11 @@ void WriteProgram(const fs::path& net, const fs::path& path) {
              "drains(T) :- in(P), takes(T,P).\n"
              ":- puts(T,P), in(P), not drains(T).\n"
              ":- not in(P) : place(P).\n"
-             "#heuristic in(P) : place(P). [1,false]\n";
+             "#heuristic in(P) : place(P). [1,false]\n"
+             "#show in/1.\n";
+  std::vector<std::string> names;
+  for (int32_t p = 0; p < loaded->nplaces; ++p) names.emplace_back(loaded->places[p].name);
+  return names;
 }
 
 double ChildSeconds() {
@@ -54,11 +69,11 @@ double ChildSeconds() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// Processor seconds of a shell command, the least of five runs, or of one that takes long. Exit statuses are
-/// not looked at: both programs use them for answers.
+/// Processor seconds of a shell command, the least of five runs, or of one that takes very long. Exit
+/// statuses are not looked at: the programs use them for answers.
 double SecondsOf(const std::string& command) {
   constexpr int kRuns = 5;
-  constexpr double kLong = 5;
+  constexpr double kLong = 15;
   double least = 0;
   for (int run = 0; run < kRuns; ++run) {
     const double before = ChildSeconds();
@@ -86,12 +101,43 @@ void WriteCycles(const fs::path& path, int cycles, int length) {
                       << places << transitions;
 }
 
-/// The number behind the text in a file, or -1.
-int64_t NumberAfter(const fs::path& path, const std::string& text) {
+using Sets = std::set<std::set<std::string>>;
+
+/// What netkit wrote, a line for each: "MARKING:    1 { p3 p17 }".
+Sets SetsOfNetkit(const fs::path& path) {
+  Sets sets;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with("MARKING")) continue;
+    std::istringstream names(line.substr(line.find('{') + 1, line.rfind('}') - line.find('{') - 1));
+    sets.insert({std::istream_iterator<std::string>(names), std::istream_iterator<std::string>()});
+  }
+  return sets;
+}
+
+/// What clingo wrote, a line for each: "in(3) in(17)".
+Sets SetsOfClingo(const fs::path& path, const std::vector<std::string>& names) {
+  Sets sets;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with("in(")) continue;
+    std::istringstream atoms(line);
+    std::set<std::string> set;
+    for (std::string atom; atoms >> atom;) set.insert(names[std::stoul(atom.substr(3))]);
+    sets.insert(std::move(set));
+  }
+  return sets;
+}
+
+bool Says(const fs::path& path, const std::string& text) {
   std::ifstream file(path);
   const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  const size_t at = content.find(text);
-  return at == std::string::npos ? -1 : std::atoll(content.c_str() + at + text.size());
+  return content.find(text) != std::string::npos;
+}
+
+/// What another program found: compared with ours as sets, or by their number when both stop at a maximum.
+bool IsEqual(const Sets& ours, const Sets& theirs, int64_t max) {
+  return max > 0 ? ours.size() == theirs.size() : ours == theirs;
 }
 
 void Enumerate(benchmark::State& state, const std::string& net, int64_t max) {
@@ -105,26 +151,46 @@ void Enumerate(benchmark::State& state, const std::string& net, int64_t max) {
   const bool isComposed = net == "cycles_300_50";
   if (isComposed) WriteCycles(base / (net + ".PD"), 300, 50);
   const std::string directory = isComposed ? folder : NETS_DIRECTORY;
-  WriteProgram(fs::path(directory) / net, program);
-  const std::string number = std::to_string(max);
-  const std::string netkit = NETKIT_PROGRAM;
-  const std::string limit = max > 0 ? " --max " + number : std::string();
+  const std::vector<std::string> names = WriteProgram(fs::path(directory) / net, program);
+  const std::string number = std::to_string(max), limit = std::to_string(kLimit);
+  const auto netkit = [&](const std::string& binary) {
+    return "MODELDIR='" + directory + "' '" + binary + "' siphons " + net + " --timeout " + limit +
+           (max > 0 ? " --max " + number : "") + " -o '" + ours.string() + "'";
+  };
+  const auto clingo = [&](const std::string& quiet) {
+    return "clingo --heuristic=Domain --enum-mode=domRec --time-limit=" + limit + quiet + number + " '" +
+           program.string() + "' >'" + theirs.string() + "'";
+  };
+  std::string stopped;
   for (auto _ : state) {
-    const double seconds = SecondsOf("MODELDIR='" + directory + "' '" + netkit + "' siphons " + net + limit +
-                                     " -o '" + ours.string() + "'");
-    const double clingo = SecondsOf("clingo --heuristic=Domain --enum-mode=domRec --time-limit=60 -q2 " +
-                                    number + " '" + program.string() + "' >'" + theirs.string() + "'");
-    const int64_t found = NumberAfter(ours, "No. of siphons = ");
-    const bool isWhole = NumberAfter(theirs, "TIME LIMIT   : ") != 1;
-    if (found < 0 || (isWhole && found != NumberAfter(theirs, "Models       : "))) {
-      state.SkipWithError("the two find different numbers of siphons");
+    const double seconds = SecondsOf(netkit(NETKIT_PROGRAM));
+    const Sets found = SetsOfNetkit(ours);
+    bool isEqual = !found.empty() && !Says(ours, "time limit");
+    const double clingoSeconds = SecondsOf(clingo(" -q2 "));
+    if (Says(theirs, "TIME LIMIT")) {
+      stopped += " clingo";
+    } else {
+      SecondsOf(clingo(" "));
+      isEqual = isEqual && IsEqual(found, SetsOfClingo(theirs, names), max);
+    }
+    if (const char* const earlier = std::getenv("SIPHONS_EARLIER_NETKIT")) {
+      state.counters["earlier_s"] = SecondsOf(netkit(earlier));
+      if (Says(ours, "time limit")) {
+        stopped += " earlier";
+      } else {
+        isEqual = isEqual && IsEqual(found, SetsOfNetkit(ours), max);
+      }
+    }
+    if (!isEqual) {
+      state.SkipWithError("the programs find different siphons");
       break;
     }
     state.SetIterationTime(seconds);
-    state.counters["siphons"] = static_cast<double>(found);
-    state.counters["clingo_s"] = clingo;
-    state.counters["ratio"] = clingo / seconds;
+    state.counters["siphons"] = static_cast<double>(found.size());
+    state.counters["clingo_s"] = clingoSeconds;
+    state.counters["ratio"] = clingoSeconds / seconds;
   }
+  if (!stopped.empty()) state.SetLabel("stopped after " + limit + " s:" + stopped);
   fs::remove_all(folder);
 }
 
@@ -132,13 +198,14 @@ void Enumerate(benchmark::State& state, const std::string& net, int64_t max) {
 
 int main(int argc, char** argv) {
   const struct {
-    const char* net;
+    std::string net;
     int64_t max;
-  } nets[] = {{"phil_200", 0}, {"s3pr_8_10", 0},     {"s3pr_14_16", 0},
-              {"grid_5_5", 0}, {"grid_6_6", 0},      {"expo_14_2", 0},
-              {"expo_17", 0},  {"cycles_300_50", 0}, {"workflow_250", 2000}};
+  } nets[] = {{"phil_200", 0},        {"s3pr_8_10", 0},       {"s3pr_14_16", 0}, {"grid_5_5", 0},
+              {"grid_6_6", 0},        {"expo_14_2", 0},       {"expo_17", 0},    {"cycles_300_50", 0},
+              {"workflow_250", 2000}, {"workflow_250", 20000}};
   for (const auto& [net, max] : nets) {
-    benchmark::RegisterBenchmark(net, Enumerate, net, max)
+    benchmark::RegisterBenchmark((net + (max > 0 ? "/" + std::to_string(max) : "")).c_str(), Enumerate, net,
+                                 max)
         ->UseManualTime()
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
