@@ -31,7 +31,10 @@ std::string MarkingLine(const PetriNet& net, const PlaceList& set) {
   std::array<char, 32> tokens;
   std::snprintf(tokens.data(), tokens.size(), "MARKING: %4" PRId64 " { ", TokensOf(net, set));
   std::string line = tokens.data();
-  for (const int32_t p : set) line.append(net.places[static_cast<size_t>(p)].name).append(" ");
+  for (const int32_t p : set) {
+    line += net.places[static_cast<size_t>(p)].name;
+    line += ' ';
+  }
   return line + "}\n";
 }
 

@@ -56,10 +56,17 @@ bool ClauseSearch::AddFalseClause(std::span<const Literal> literals) {
 
 /// Puts the literals of the highest and of the second highest level first.
 void ClauseSearch::HighestLevelsFirst(std::span<Literal> literals) const {
-  for (size_t place = 0; place < 2 && place < literals.size(); ++place) {
-    const auto from = literals.begin() + static_cast<std::ptrdiff_t>(place);
-    std::iter_swap(from, std::max_element(from, literals.end(),
-                                          [this](Literal a, Literal b) { return LevelOf(a) < LevelOf(b); }));
+  if (literals.size() < 2) return;
+  if (LevelOf(literals[0]) < LevelOf(literals[1])) std::swap(literals[0], literals[1]);
+  uint32_t highest = LevelOf(literals[0]), second = LevelOf(literals[1]);
+  for (Literal& literal : literals.subspan(2)) {
+    const uint32_t level = LevelOf(literal);
+    if (level <= second) continue;
+    std::swap(literal, literals[1]);
+    second = level;
+    if (level <= highest) continue;
+    std::swap(literals[0], literals[1]);
+    std::swap(highest, second);
   }
 }
 

@@ -104,7 +104,7 @@ class ClauseSearch {
   bool PropagateClauses(Literal nowFalse);
   void HighestLevelsFirst(std::span<Literal> literals) const;
 
-  /// Visits the other literals, all false, of the clause that implied a literal.
+  /// Visits the other literals, all false, of the clause that implied a literal, which is its first one.
   template <typename Visit>
   void ForEachReason(Literal literal, Visit visit) const {
     const Reason reason = reasons_[VariableOf(literal)];
@@ -112,9 +112,7 @@ class ClauseSearch {
       visit(reason / 2);
       return;
     }
-    for (const Literal other : LiteralsOf(reason / 2)) {
-      if (other != literal && other != Negated(literal)) visit(other);
-    }
+    for (const Literal other : LiteralsOf(reason / 2).subspan(1)) visit(other);
   }
 
   void Analyse();

@@ -163,10 +163,7 @@ Variable JobSearch::InputToDecide(uint32_t transition) {
 // --- answers
 
 JobSearch::Step JobSearch::Answer(const std::function<bool(const PlaceList&)>& found) {
-  PlaceList siphon;
-  siphon.reserve(held_.size());
-  for (const Variable p : held_) siphon.push_back(job_.places[p]);
-  std::sort(siphon.begin(), siphon.end());
+  PlaceList siphon = HeldPlaces();
   PlaceList smaller = FallsWithoutTested() ? PlaceList() : Smaller(siphon);
   const bool isRejected = !smaller.empty();
   rejected_ += isRejected ? 1 : 0;
@@ -177,20 +174,42 @@ JobSearch::Step JobSearch::Answer(const std::function<bool(const PlaceList&)>& f
   return LeaveOut(answers_.back()) ? Step::kGoOn : Step::kExhausted;
 }
 
+/// The held places, ascending.
+PlaceList JobSearch::HeldPlaces() const {
+  PlaceList places;
+  places.reserve(held_.size());
+  constexpr size_t kFew = 16;  // times as many are better sorted than picked out of all
+  if (kFew * held_.size() < job_.places.size()) {
+    for (const Variable p : held_) places.push_back(job_.places[p]);
+    std::sort(places.begin(), places.end());
+    return places;
+  }
+  for (Variable p = 0; p < job_.places.size(); ++p) {
+    if (search_.IsTrue(Holds(p))) places.push_back(job_.places[p]);
+  }
+  return places;
+}
+
 /// Whether a glance shows that the held places, a siphon, hold no other one that lacks a tested place:
 /// without the first tested place all go, and without another one that one goes. False when a closer look is
 /// needed.
 bool JobSearch::FallsWithoutTested() {
   if (tested_.empty()) return true;
-  for (const Variable p : held_) {
-    for (const uint32_t t : arcs_.consumers[p]) ++inputsHeld_[t];
-  }
+  ++answer_;
   const Variable first = arcs_.variableOf[static_cast<size_t>(tested_[0])];
-  const bool falls = AllTestedLeadTo(first) && FallsWithout(first);
-  for (const Variable p : held_) {
-    for (const uint32_t t : arcs_.consumers[p]) inputsHeld_[t] = 0;
+  return AllTestedLeadTo(first) && FallsWithout(first);
+}
+
+/// How many input places of the transition the answer that is looked at holds, less those that were dropped.
+uint32_t& JobSearch::InputsHeld(uint32_t transition) {
+  auto& [answer, count] = inputsHeld_[transition];
+  if (answer != answer_) {
+    const auto& inputs = arcs_.transitions[transition].inputs;
+    answer = answer_;
+    count = static_cast<uint32_t>(
+        std::count_if(inputs.begin(), inputs.end(), [this](Variable p) { return search_.IsTrue(Holds(p)); }));
   }
-  return falls;
+  return count;
 }
 
 /// Whether there is a path from every tested place to this one, from held place to held place by transitions
@@ -202,7 +221,7 @@ bool JobSearch::AllTestedLeadTo(Variable place) {
     for (const uint32_t t : arcs_.producers[walk_[next]]) {
       const Variable before = support_[t];
       assert(search_.IsTrue(Holds(before)));
-      if (inputsHeld_[t] != 1 || stamps_[before] == stamp_) continue;
+      if (stamps_[before] == stamp_ || InputsHeld(t) != 1) continue;
       stamps_[before] = stamp_;
       walk_.push_back(before);
     }
@@ -213,13 +232,13 @@ bool JobSearch::AllTestedLeadTo(Variable place) {
 }
 
 /// Whether all held places go when this one goes: those that a transition fills which takes from none of the
-/// rest, again and again. Counts inputsHeld_ down.
+/// rest, again and again. Counts the held inputs down.
 bool JobSearch::FallsWithout(Variable place) {
   stamps_[place] = ++stamp_;
   walk_.assign(1, place);
   for (size_t next = 0; next < walk_.size(); ++next) {
     for (const uint32_t t : arcs_.consumers[walk_[next]]) {
-      if (--inputsHeld_[t] != 0) continue;
+      if (--InputsHeld(t) != 0) continue;
       for (const Variable q : arcs_.transitions[t].outputs) {
         if (stamps_[q] == stamp_ || !search_.IsTrue(Holds(q))) continue;
         stamps_[q] = stamp_;
@@ -290,9 +309,10 @@ bool JobSearch::EndsNow() {
     const std::vector<PlaceList> parts = parts_.Split(left);
     return parts.size() != 1 || 2 * parts[0].size() < job_.places.size();
   }
-  if (!job_.splits || rejected_ > found_) return false;
+  if (!job_.splits || 4 * rejected_ > found_) return false;
   if (answers_.size() < splitAtAnswers_ && conflicts_ < splitAtConflicts_) return false;
-  if (PlaceToSplit()) return true;
+  splitPlace_ = PlaceToSplit();
+  if (splitPlace_) return true;
   splitAtAnswers_ = 2 * answers_.size() + 1;
   splitAtConflicts_ = 2 * conflicts_ + 1;
   return false;
@@ -328,7 +348,7 @@ std::vector<SiphonJob> JobSearch::Remainder() {
     AppendParts(job_, left, answers_, parts_, jobs);
     return jobs;
   }
-  const int32_t place = HasPhases() ? job_.places[phase_] : PlaceToSplit().value();
+  const int32_t place = HasPhases() ? job_.places[phase_] : splitPlace_.value();
   AppendWith(job_, left, place, answers_, parts_, jobs);
   AppendWithout(job_, left, place, answers_, parts_, jobs);
   return jobs;

@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "netkit/siphons/clause_search.h"
@@ -63,7 +64,6 @@ class JobSearch {
   void AddHeldAndKnown();
   bool Conflict();
   bool HoldNextPlace();
-  bool EndsBetweenPhases();
   bool EndsNow();
   std::optional<int32_t> PlaceToSplit() const;
 
@@ -74,7 +74,9 @@ class JobSearch {
   void Decide(Literal literal);
 
   Step Answer(const std::function<bool(const PlaceList&)>& found);
+  PlaceList HeldPlaces() const;
   bool FallsWithoutTested();
+  uint32_t& InputsHeld(uint32_t transition);
   bool FallsWithout(Variable place);
   bool AllTestedLeadTo(Variable place);
   PlaceList Smaller(const PlaceList& siphon);
@@ -96,8 +98,10 @@ class JobSearch {
   std::vector<Variable> support_;  ///< by transition: an input place that was held when asked last
   std::vector<Literal> clause_;
 
-  std::vector<uint32_t> inputsHeld_;  ///< by transition, for FallsWithoutTested
-  std::vector<uint32_t> stamps_;      ///< by place: the walk that met it last
+  /// By transition, for FallsWithoutTested: the answer that it was counted for, and the count.
+  std::vector<std::pair<uint64_t, uint32_t>> inputsHeld_;
+  uint64_t answer_ = 0;           ///< counts those that were looked at
+  std::vector<uint32_t> stamps_;  ///< by place: the walk that met it last
   std::vector<Variable> walk_;
   uint32_t stamp_ = 0;
 
@@ -109,6 +113,7 @@ class JobSearch {
   PlaceList tested_;                ///< held places without which there may be smaller siphons
   std::vector<PlaceList> answers_;  ///< of the phase or, known ones first, of the job
   size_t found_ = 0, rejected_ = 0;
+  std::optional<int32_t> splitPlace_;  ///< set by EndsNow
   size_t splitAtAnswers_;
   uint64_t splitAtConflicts_;
   uint64_t conflicts_ = 0;

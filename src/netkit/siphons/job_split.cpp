@@ -17,9 +17,13 @@ void AppendAround(const SiphonJob& job, const PlaceList& places, PlaceList held,
   PlaceList around = parts.Around(places, held);
   if (around.empty()) return;
   SiphonJob part{job.component, std::move(around), std::move(held), {}, job.splits};
-  const auto belongs = [&part](const PlaceList& siphon) {
-    return std::includes(siphon.begin(), siphon.end(), part.held.begin(), part.held.end()) &&
-           std::includes(part.places.begin(), part.places.end(), siphon.begin(), siphon.end());
+  std::vector<int8_t> among(static_cast<size_t>(job.component->arcs.placeCount));
+  for (const int32_t p : part.places) among[static_cast<size_t>(p)] = 1;
+  const auto belongs = [&](const PlaceList& siphon) {
+    const auto has = [&siphon](int32_t p) { return std::binary_search(siphon.begin(), siphon.end(), p); };
+    const auto isAmong = [&among](int32_t p) { return among[static_cast<size_t>(p)] != 0; };
+    return std::all_of(part.held.begin(), part.held.end(), has) &&
+           std::all_of(siphon.begin(), siphon.end(), isAmong);
   };
   std::copy_if(known.begin(), known.end(), std::back_inserter(part.known), belongs);
   jobs.push_back(std::move(part));

@@ -5,6 +5,7 @@
 // Taking assignments back leaves the watches as they are.
 #include <algorithm>
 #include <cassert>
+#include <functional>
 
 #include "base/out_of_memory.h"
 #include "netkit/siphons/clause_search.h"
@@ -41,12 +42,14 @@ void ClauseSearch::AddClause(std::span<const Literal> literals) {
     if (IsTrue(literal)) return;
     if (!IsFalse(literal)) added_.push_back(literal);
   }
-  std::sort(added_.begin(), added_.end());
-  added_.erase(std::unique(added_.begin(), added_.end()), added_.end());
-  const bool holdsBoth = std::adjacent_find(added_.begin(), added_.end(), [](Literal a, Literal b) {
-                           return VariableOf(a) == VariableOf(b);
-                         }) != added_.end();
-  if (holdsBoth) return;
+  const auto isAscending = [](Literal a, Literal b) { return VariableOf(a) < VariableOf(b); };
+  if (std::adjacent_find(added_.begin(), added_.end(), std::not_fn(isAscending)) != added_.end()) {
+    std::sort(added_.begin(), added_.end());
+    added_.erase(std::unique(added_.begin(), added_.end()), added_.end());
+    const bool holdsBoth =
+        std::adjacent_find(added_.begin(), added_.end(), std::not_fn(isAscending)) != added_.end();
+    if (holdsBoth) return;
+  }
   if (added_.empty()) {
     hasModel_ = false;
   } else if (added_.size() == 1) {
