@@ -20,17 +20,17 @@ const char* WordOf(Finding finding) {
 namespace {
 
 std::string TrapsOf(const Verdict& verdict) {
+  if (verdict.reduced) return "marked traps";
   return std::to_string(verdict.traps.size()) +
          (verdict.traps.size() == 1 ? " marked trap" : " marked traps");
 }
 
-}  // namespace
-
-std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
+std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
   switch (verdict.ground) {
     case Ground::kNone:
       break;
     case Ground::kTraps:
+      if (verdict.reduced) return "marked traps leave no marking that holds every transition up";
       if (verdict.traps.empty()) return "no marking holds every transition up";
       if (FeaturesOf(net).None()) return "every siphon keeps a marked trap (Commoner's condition)";
       return TrapsOf(verdict) + " leave no marking that holds every transition up";
@@ -47,8 +47,19 @@ std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
     case Ground::kReducedSearch:
     case Ground::kWalk:
       return "shorter sequences may lead to a dead marking, too";
+    case Ground::kReductions:
+      return "after reductions, every place of some marked trap enables a transition alone";
   }
   return verdict.reason;
+}
+
+}  // namespace
+
+std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
+  const std::string ground = OwnGroundOf(net, verdict);
+  if (!verdict.reduced || verdict.ground == Ground::kReductions) return ground;
+  return "reduced to " + std::to_string(verdict.reduced->places) + " places and " +
+         std::to_string(verdict.reduced->transitions) + " transitions: " + ground;
 }
 
 int32_t StatusOf(Finding finding) {

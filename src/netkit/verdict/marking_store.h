@@ -42,7 +42,7 @@ class MarkingStore {
   };
 
   static constexpr int32_t kChunk = 4096;  ///< markings a chunk of memory holds
-  static constexpr int32_t kFewRepacks = 8;
+  static constexpr int32_t kFewRepacks = 2;
 
   uint64_t* Words(int32_t number);
   const uint64_t* Words(int32_t number) const;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "netkit/verdict/exploration.h"
+#include "netkit/verdict/reduced_net.h"
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
 #include "netkit/verdict/traps.h"
@@ -17,10 +18,11 @@ namespace {
 
 /// The budgets of the first round.
 constexpr int64_t kWork = 10'000'000;        // of an exploration
-constexpr int64_t kFirings = 100'000;        // of the walks
+constexpr int64_t kWalking = 2'000'000;      // of the walks
 constexpr int64_t kSolverSteps = 4'000'000;  // of a proof
 constexpr int64_t kGuidedWalks = 8;
 constexpr int64_t kGrowth = 4;
+constexpr size_t kMostUnfolded = 20'000'000;  // firings
 constexpr size_t kTrapsPerCandidate = 50;
 
 /// Whether nothing can hold a transition up. What a marking-dependent output arc may do is not known.
@@ -91,7 +93,8 @@ class Decision {
   Decision(const PetriNet& net, const VerdictLimits& limits, const StopQuestion& stop)
       : net_(net),
         limits_(limits),
-        stop_([this, &stop] { return stop(Looked()); }),
+        question_(stop),
+        stop_([this] { return question_(Looked()); }),
         firingNet_(net),
         finder_(net) {
     if (!firingNet_.Exact()) return;
@@ -109,7 +112,7 @@ class Decision {
     int64_t factor = 1;
     for (int32_t round = 0; round < limits_.rounds && !stop_(); ++round, factor *= kGrowth) {
       if (Explore(breadthFirst_, factor * kWork, Ground::kAllMarkings, Ground::kBreadthFirst) ||
-          Walk(factor * kFirings) ||
+          Walk(factor * kWalking) || (round == 0 && ReduceNet()) ||
           Explore(reduced_, factor * kWork, Ground::kReduced, Ground::kReducedSearch) || Prove(factor) ||
           FollowGuide(factor * kGuidedWalks)) {
         return std::move(verdict_);
@@ -128,6 +131,7 @@ class Decision {
     verdict_.markings = std::max(verdict_.markings, exploration->Markings());
     switch (end) {
       case Exploration::End::kExhausted:
+        verdict_.markings = exploration->Markings();
         return Free(freeBy);
       case Exploration::End::kDeadlock:
         return Dead(deadBy, exploration->Sequence());
@@ -150,8 +154,8 @@ class Decision {
            (walks_ ? walks_->Firings() : 0);
   }
 
-  bool Walk(int64_t firings) {
-    return walks_ && walks_->Run(firings, stop_) && Dead(Ground::kWalk, walks_->Sequence());
+  bool Walk(int64_t work) {
+    return walks_ && walks_->Run(work, stop_) && Dead(Ground::kWalk, walks_->Sequence());
   }
 
   bool FollowGuide(int64_t walks) {
@@ -160,6 +164,38 @@ class Decision {
       if (walks_->FollowGuide(stop_)) return Dead(Ground::kWalk, walks_->Sequence());
     }
     return false;
+  }
+
+  /// Decides by the reduced net, if there is less to it.
+  bool ReduceNet() {
+    if (!limits_.reductions || !firingNet_.Exact()) return false;
+    const ReducedNet reduced(net_, stop_);
+    const PetriNet& net = reduced.Net();
+    const NetSize size = {static_cast<int32_t>(net.places.size()),
+                          static_cast<int32_t>(net.transitions.size())};
+    if (reduced.NeverDead()) return FreeByReduction(Ground::kReductions, size, 0);
+    if (net.places.size() == net_.places.size() && net.transitions.size() == net_.transitions.size())
+      return false;
+    VerdictLimits limits = limits_;
+    limits.reductions = false;
+    const int64_t before = Looked();
+    const Verdict verdict =
+        Decision(net, limits, [this, before](int64_t looked) { return question_(before + looked); }).Run();
+    if (verdict.finding == Finding::kDeadlockFree) {
+      return FreeByReduction(verdict.ground, size, verdict.markings);
+    }
+    if (verdict.finding == Finding::kUndecided) return false;
+    const auto sequence = reduced.Unfolded(verdict.sequence, kMostUnfolded);
+    if (!sequence) return false;
+    const bool possible = firingNet_.LevelCount() == 1 || Replay(net_, *sequence);
+    return possible && Dead(Ground::kReducedSearch, *sequence);
+  }
+
+  bool FreeByReduction(Ground ground, NetSize size, int64_t markings) {
+    traps_.clear();
+    verdict_.reduced = size;
+    verdict_.markings = markings;
+    return Free(ground);
   }
 
   /// Goes on with the proofs where the last round left them.
@@ -221,6 +257,7 @@ class Decision {
 
   const PetriNet& net_;
   VerdictLimits limits_;
+  StopQuestion question_;
   std::function<bool()> stop_;
   FiringNet firingNet_;
   TrapFinder finder_;

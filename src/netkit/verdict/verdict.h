@@ -4,7 +4,9 @@
 // of either kind comes early. The proof asks whether the marked traps alone, then the state equation with
 // marked traps, rule a dead marking out (state_equation.h, traps.h). The search explores the markings breadth
 // first, then reduced to stubborn sets (exploration.h), and walks, the proof's last candidate as a guide
-// (walks.h). Budgets count steps, not time: the answer does not depend on the machine, unless `stop` ends it.
+// (walks.h). What a short look does not decide is reduced first (reduced_net.h), and the lines are followed
+// on the smaller net. Budgets count steps, not time: the answer does not depend on the machine, unless `stop`
+// ends it.
 //
 // Nothing is said that was not checked: every trap is tested arc by arc before a proof may use it, every
 // sequence is replayed on the record of the net (replay.h) before it becomes an answer.
@@ -34,16 +36,24 @@ enum class Ground {
   kBreadthFirst,   ///< the sequence is a shortest one
   kReducedSearch,
   kWalk,
+  kReductions,  ///< a marked trap of places that each enable a transition alone, seen while reducing
+};
+
+struct NetSize {
+  int32_t places = 0;
+  int32_t transitions = 0;
 };
 
 struct Verdict {
   Finding finding = Finding::kUndecided;
   Ground ground = Ground::kNone;
-  std::vector<PlaceList> traps;        ///< that the proof used
-  std::vector<int32_t> sequence;       ///< into the dead marking
-  std::vector<int64_t> dead;           ///< the dead marking
+  std::optional<NetSize>
+      reduced;                    ///< of the reduced net that the ground speaks of; else it is the net itself
+  std::vector<PlaceList> traps;   ///< that the proof used, if it is about the net itself
+  std::vector<int32_t> sequence;  ///< into the dead marking
+  std::vector<int64_t> dead;      ///< the dead marking
   std::optional<Candidate> candidate;  ///< the last one that no marked trap refutes
-  int64_t markings = 0;                ///< seen by the explorations
+  int64_t markings = 0;                ///< seen by the exploration that decided, or by the largest one
   int64_t firings = 0;                 ///< of the walks
   std::string reason;                  ///< undecided: what stands in the way
 };
@@ -52,7 +62,7 @@ struct VerdictLimits {
   int32_t rounds = 5;                ///< each has four times the budget of the one before
   int64_t bytes = int64_t{1} << 30;  ///< that an exploration may hold
   /// Which lines are followed.
-  bool proof = true, breadthFirst = true, reduced = true, walks = true;
+  bool proof = true, breadthFirst = true, reduced = true, walks = true, reductions = true;
 };
 
 /// Asked often, sometimes from another thread, with the number of markings and firings looked at until then;

@@ -14,6 +14,7 @@ Walker::Walker(const FiringNet& net)
 
 void Walker::Reset() {
   marking_ = net_.Initial();
+  work_ += net_.TransitionCount();
   for (std::vector<int32_t>& list : allowed_) list.clear();
   position_.assign(position_.size(), -1);
   for (int32_t t = 0; t < net_.TransitionCount(); ++t) {
@@ -40,6 +41,7 @@ bool Walker::IsEnabled(int32_t transition) const {
 }
 
 bool Walker::Fire(int32_t transition) {
+  ++work_;
   if (!net_.Fire(transition, marking_)) return false;
   for (const PlaceTokens& change : net_.Changes(transition)) {
     const int64_t after = marking_[static_cast<size_t>(change.place)];
@@ -57,7 +59,9 @@ void Walker::Unfire(int32_t transition) {
 }
 
 void Walker::Update(int32_t place, int64_t before, int64_t after) {
-  for (const Watch& watch : net_.Watches(place)) {
+  const auto watches = net_.Watches(place);
+  work_ += 1 + static_cast<int64_t>(watches.size());
+  for (const Watch& watch : watches) {
     const bool reached = before >= watch.tokens, reaches = after >= watch.tokens;
     if (reached == reaches) continue;
     SetFailing(watch.transition,

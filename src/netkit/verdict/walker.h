@@ -29,12 +29,15 @@ class Walker {
   bool Fire(int32_t transition);
   /// Takes a firing back.
   void Unfire(int32_t transition);
+  /// Firings, places changed by them and conditions looked at, until now.
+  int64_t Work() const { return work_; }
 
  private:
   void Update(int32_t place, int64_t before, int64_t after);
   void SetFailing(int32_t transition, int32_t failing);
 
   const FiringNet& net_;
+  int64_t work_ = 0;
   Marking marking_;
   std::vector<int32_t> failing_;               ///< by transition: conditions that fail
   std::vector<int32_t> position_;              ///< by transition: where it stands in its level's list, or -1

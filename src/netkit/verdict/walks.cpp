@@ -21,18 +21,18 @@ int64_t Luby(uint64_t number) {
 Walks::Walks(const FiringNet& net)
     : net_(net), walker_(net), ranks_(static_cast<size_t>(net.TransitionCount())) {}
 
-bool Walks::Run(int64_t firings, const std::function<bool()>& stop) {
+bool Walks::Run(int64_t work, const std::function<bool()>& stop) {
   constexpr int64_t kShortest = 200;
   constexpr uint64_t kWays = 4;
   const int64_t shortest = kShortest + net_.TransitionCount();
-  for (const int64_t end = firings_ + firings; firings_ < end;) {
+  const int64_t end = walker_.Work() + work;
+  if (Walk(Way::kAny, work, walker_.Work() + work / 2, stop)) return true;
+  while (walker_.Work() < end) {
     if (stop()) return false;
     const uint64_t walk = static_cast<uint64_t>(walks_++);
     Way way = static_cast<Way>(walk % kWays);
     if (way == Way::kGuided && guide_.empty()) way = Way::kAny;
-    const int64_t length = std::min(shortest * Luby(walk / kWays + 1), end - firings_);
-    if (Walk(way, length, stop)) return true;
-    ++firings_;  // a walk that fires nothing comes to an end, too
+    if (Walk(way, shortest * Luby(walk / kWays + 1), end, stop)) return true;
   }
   return false;
 }
@@ -41,15 +41,16 @@ bool Walks::FollowGuide(const std::function<bool()>& stop) {
   constexpr int64_t kMost = 1'000'000;
   int64_t length = net_.TransitionCount();
   for (const int64_t firings : guide_) length += std::min(firings, kMost - std::min(length, kMost));
-  return Walk(Way::kGuided, length, stop);
+  return Walk(Way::kGuided, length, INT64_MAX, stop);
 }
 
-bool Walks::Walk(Way way, int64_t length, const std::function<bool()>& stop) {
+/// Walks from the initial marking on, for so many firings and until the walker has done so much work.
+bool Walks::Walk(Way way, int64_t length, int64_t mostWork, const std::function<bool()>& stop) {
   constexpr int64_t kBetweenQuestions = 4096;
   walker_.Reset();
   sequence_.clear();
   Prepare(way);
-  for (int64_t fired = 0; fired < length; ++fired) {
+  for (int64_t fired = 0; fired < length && walker_.Work() < mostWork; ++fired) {
     if (walker_.Dead()) return true;
     if (fired % kBetweenQuestions == 0 && stop()) return false;
     const int32_t t = Choose(way);

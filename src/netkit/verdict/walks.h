@@ -26,8 +26,9 @@ class Walks {
   /// From now on walks follow these counts of firings, by transition, too.
   void SetGuide(std::vector<int64_t> firings) { guide_ = std::move(firings); }
 
-  /// Walks on for about so many firings in all, or until a dead marking is found; true when it is.
-  bool Run(int64_t firings, const std::function<bool()>& stop);
+  /// Walks on for about so much work in all, or until a dead marking is found; true when it is. The first
+  /// walk may take half of it, the others are short at first.
+  bool Run(int64_t work, const std::function<bool()>& stop);
   /// One walk by the guide.
   bool FollowGuide(const std::function<bool()>& stop);
 
@@ -38,7 +39,7 @@ class Walks {
  private:
   enum class Way { kAny, kRanked, kFewest, kGuided };
 
-  bool Walk(Way way, int64_t length, const std::function<bool()>& stop);
+  bool Walk(Way way, int64_t length, int64_t mostWork, const std::function<bool()>& stop);
   void Prepare(Way way);
   int32_t Choose(Way way);
   int32_t Any(std::span<const int32_t> enabled);
