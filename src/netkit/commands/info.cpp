@@ -118,15 +118,10 @@ class Info {
  private:
   /// What keeps the net from being ordinary.
   std::string Extraordinary() const {
-    std::string text;
-    const auto add = [&text](int64_t number, const char* what) {
-      if (number > 0) text += (text.empty() ? "" : ", ") + std::to_string(number) + " " + what;
-    };
-    add(features_.weights, "weights other than 1");
-    add(features_.markingDependent, "marking-dependent weights");
-    add(features_.inhibitors, "inhibitor arcs");
-    add(features_.functions, "enabling functions");
-    return text;
+    return TextOfCounts({{features_.weights, "weights other than 1"},
+                         {features_.markingDependent, "marking-dependent weights"},
+                         {features_.inhibitors, "inhibitor arcs"},
+                         {features_.functions, "enabling functions"}});
   }
 
   const PetriNet& net_;

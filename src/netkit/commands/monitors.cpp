@@ -8,10 +8,10 @@
 
 #include "netkit/commands/commands.h"
 #include "netkit/commands/net_output.h"
+#include "netkit/commands/node_names.h"
 #include "netkit/commands/question.h"
 #include "netkit/commands/verdict_words.h"
 #include "netkit/formats/free_positions.h"
-#include "netkit/formats/near_names.h"
 #include "netkit/verdict/monitors.h"
 
 namespace siphons {
@@ -23,14 +23,6 @@ struct MonitorQuestion : QuestionOptions {
   std::vector<std::string> uncontrollable;  ///< transition names
   int64_t most = 0;                         ///< 0: the usual number
 };
-
-int32_t TransitionOfName(const PetriNet& net, const std::string& name) {
-  std::vector<std::string_view> names;
-  for (const Transition& transition : net.transitions) names.push_back(transition.name);
-  const auto found = std::find(names.begin(), names.end(), name);
-  if (found == names.end()) throw WrongUsage{"Unknown transition " + name + DidYouMean(name, names)};
-  return static_cast<int32_t>(found - names.begin());
-}
 
 std::string Factor(int64_t weight) {
   return weight == 1 ? "" : std::to_string(weight) + "*";
@@ -126,7 +118,7 @@ Answer AnswerAbout(const PetriNet& net, const MonitorQuestion& question, RunCont
   MonitorOptions options;
   if (question.most > 0) options.most = static_cast<size_t>(question.most);
   for (const std::string& name : question.uncontrollable) {
-    options.uncontrollable.push_back(TransitionOfName(net, name));
+    options.uncontrollable.push_back(NumberOfName("transition", net.transitions, name));
   }
   MonitoredNet monitored = AddMonitors(net, options, [&control](int64_t looked) {
     if (looked > 0) control.SetCount(looked);

@@ -4,11 +4,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <utility>
 
 #include "netkit/commands/lenient_reader.h"
-#include "netkit/formats/near_names.h"
+#include "netkit/commands/node_names.h"
 #include "netkit/formats/net_file.h"
 
 namespace siphons {
@@ -73,11 +72,7 @@ class AnswerWriter {
 }  // namespace
 
 int32_t PlaceOfName(const PetriNet& net, const std::string& name) {
-  std::vector<std::string_view> names;
-  for (const Place& place : net.places) names.push_back(place.name);
-  const auto found = std::find(names.begin(), names.end(), name);
-  if (found == names.end()) throw WrongUsage{"Unknown place " + name + DidYouMean(name, names)};
-  return static_cast<int32_t>(found - names.begin());
+  return NumberOfName("place", net.places, name);
 }
 
 std::string FaultOfDuration(const std::string& text) {

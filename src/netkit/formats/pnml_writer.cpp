@@ -201,14 +201,9 @@ std::string WritePnml(const PetriNet& net) {
 
 std::string HiddenInPnml(const PetriNet& net) {
   const NetFeatures features = FeaturesOf(net);
-  std::string hidden;
-  const auto add = [&hidden](int64_t count, const char* what) {
-    if (count > 0) hidden += (hidden.empty() ? "" : ", ") + std::to_string(count) + " " + what;
-  };
-  add(features.functions, "enabling functions");
-  add(features.markingDependent, "marking-dependent weights");
-  add(features.priorities, "priorities");
-  return hidden;
+  return TextOfCounts({{features.functions, "enabling functions"},
+                       {features.markingDependent, "marking-dependent weights"},
+                       {features.priorities, "priorities"}});
 }
 
 }  // namespace siphons

@@ -78,6 +78,14 @@ NetFeatures FeaturesOf(const PetriNet& net) {
   return features;
 }
 
+std::string TextOfCounts(std::initializer_list<std::pair<int64_t, const char*>> counts) {
+  std::string text;
+  for (const auto& [count, what] : counts) {
+    if (count > 0) text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + what;
+  }
+  return text;
+}
+
 NetStructure StructureOf(const PetriNet& net) {
   NetStructure structure;
   const NetFeatures features = FeaturesOf(net);

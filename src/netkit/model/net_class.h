@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "netkit/model/petri_net.h"
@@ -20,6 +23,9 @@ struct NetFeatures {
 };
 
 NetFeatures FeaturesOf(const PetriNet& net);
+
+/// Those of the counts that are not 0, each with what it counts: "2 inhibitor arcs, 1 enabling functions".
+std::string TextOfCounts(std::initializer_list<std::pair<int64_t, const char*>> counts);
 
 /// The classes of nets with theorems of their own, and the nodes at the rim. The classes are those of
 /// ordinary nets without inhibitor arcs and enabling functions; priorities do not count.
