@@ -3,30 +3,17 @@
 
 #include <algorithm>
 #include <bit>
-#include <iostream>
 #include <random>
 #include <span>
 
 #include "solver/adjacency_search.h"
 #include "solver/pattern_tree.h"
 #include "solver/sharedVars.h"
+#include "tests/instruction_sets.h"
 #include "tests/rows.h"
 
 namespace siphons {
 namespace {
-
-std::vector<InstructionSet> SupportedSets() {
-  std::vector<InstructionSet> sets;
-  for (const InstructionSet set :
-       {InstructionSet::kPortable, InstructionSet::kAvx2, InstructionSet::kAvx512}) {
-    if (IsSupported(set)) {
-      sets.push_back(set);
-    } else {
-      std::cout << "not supported here: instruction set " << static_cast<int>(set) << "\n";
-    }
-  }
-  return sets;
-}
 
 /// The definition: rows a and b of the rows from `first` on, constraints 0 to k. With `byValue` the planted
 /// fault: rows equal to a or b are no third rows.

@@ -19,37 +19,23 @@ namespace {
 
 constexpr int32_t kMin = INT32_MIN;
 
-TEST(IntOps, GreatestCommonDivisors) {
-  EXPECT_EQ(Gcd(12, -18), 6);
-  EXPECT_EQ(Gcd(0, -5), 5);
-  EXPECT_EQ(Gcd(7, 0), 7);
+// What the reference's row combinations do not reach: numbers without an absolute value, all zeros, one
+// entry.
+TEST(IntOps, DivisorsAtTheEdges) {
   EXPECT_EQ(Gcd(0, 0), 0);
   EXPECT_EQ(Gcd(kMin, 12), 4);
   EXPECT_EQ(Gcd(0, kMin), kMin) << "its absolute value does not fit";
-  const Row vector{99, 4, -6, 0, 10};
-  EXPECT_EQ(VectorGcd(vector.data(), 5), 2);
-  EXPECT_EQ(VectorGcd(vector.data(), 1), 0);
-}
-
-TEST(IntOps, NormalisingKeepsSignsAndTheStatus) {
   const auto normalised = [](Row row) {
     Vector_Normalize(row.data(), static_cast<uint32_t>(row.size()));
     return row;
   };
-  EXPECT_EQ(normalised({99, 4, -6, 0, 10}), (Row{99, 2, -3, 0, 5}));
   EXPECT_EQ(normalised({5, 0, 0, 0}), (Row{5, 0, 0, 0}));
   EXPECT_EQ(normalised({8}), (Row{8}));
-  EXPECT_EQ(normalised({0, 3, 5}), (Row{0, 3, 5}));
   EXPECT_EQ(normalised({0, kMin, 0}), (Row{0, 1, 0})) << "divided by itself, sign and all";
-}
-
-TEST(IntOps, ExtendedPrecision) {
   EXPECT_EQ(GGcd(12, -18), 6);
   long double vector[] = {5, 4e9L, 6, 8};
-  EXPECT_EQ(VGcd(vector, 4), 2) << "4e9 enters as 2^31";
   VNormalize(vector, 4);
-  EXPECT_EQ(vector[1], 2e9L);
-  EXPECT_EQ(vector[0], 5);
+  EXPECT_TRUE(vector[0] == 5 && vector[1] == 2e9L) << "4e9 enters as 2^31";
   long double zeros[] = {1, 0, 0};
   VNormalize(zeros, 3);
   EXPECT_TRUE(std::isnan(zeros[1]) && std::isnan(zeros[2]) && zeros[0] == 1);
@@ -89,20 +75,6 @@ TEST(CombineRow, EqualsTheReference) {
   EXPECT_GT(repaired, 20);
   EXPECT_GT(failed, 20);
   EXPECT_GT(wrapped, 20);
-}
-
-// What the reference is held against itself: exact numbers, by hand.
-TEST(CombineRow, SumsWrapSilentlyAndProductsAreTold) {
-  const OwnedMatrix sum = MatrixOf({{1, 1 << 30, 3}, {1, 1 << 30, 0}, {0, 0, 0}});
-  EXPECT_EQ(CombineRow(0, 1, 2, 1, 1, sum.get()), 0);
-  EXPECT_EQ(RowsOf(*sum)[2], (Row{0, kMin, 3}));
-
-  const OwnedMatrix product = MatrixOf({{1, 65536, 0}, {1, 0, 3}});
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(CombineRow(0, 1, 0, 65536, 1, product.get()), 1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "? Vector_Combine: multiplication overflow\nretrying with float\nX, Y 0 0\n"
-            "? Vector_Combine: overflow, number too big\n");
 }
 
 /// Whether an operation on the matrix of these rows sets ArithmeticWrapped.

@@ -8,9 +8,8 @@ namespace siphons {
 namespace {
 
 std::string Lines(const std::string& stream, const std::string& text) {
-  std::istringstream lines(text);
   std::string prefixed;
-  for (std::string line; std::getline(lines, line);) prefixed += stream + "|" + line + "\n";
+  for (const std::string& line : Split(text)) prefixed += stream + "|" + line + "\n";
   return prefixed;
 }
 

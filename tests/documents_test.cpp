@@ -30,41 +30,23 @@ struct Block {
   std::vector<std::string> lines;
 };
 
-/// The blocks of a man page: what .Bd -literal displays, as commands when it begins with one.
-std::vector<Block> BlocksOfPage(const std::string& page) {
-  std::vector<Block> blocks;
-  std::istringstream text(ReadFile(kRoot / page).value());
-  bool inside = false;
-  size_t number = 0;
-  for (std::string line; std::getline(text, line);) {
-    ++number;
-    if (line.starts_with(".Bd -literal")) {
-      blocks.push_back({"text", number, {}});
-      inside = true;
-    } else if (line == ".Ed") {
-      inside = false;
-    } else if (inside) {
-      blocks.back().lines.push_back(line);
-      if (line.starts_with("$ ")) blocks.back().language = "console";
-    }
-  }
-  return blocks;
-}
-
+/// The blocks of a document. Those of a man page are what .Bd -literal displays, as commands when it begins
+/// with one.
 std::vector<Block> Blocks(const std::string& document) {
-  if (!document.ends_with(".md")) return BlocksOfPage(document);
+  const bool isPage = !document.ends_with(".md");
   std::vector<Block> blocks;
-  std::istringstream text(ReadFile(kRoot / document).value());
   bool inside = false;
   size_t number = 0;
-  for (std::string line; std::getline(text, line);) {
+  for (const std::string& line : Split(ReadFile(kRoot / document).value())) {
     ++number;
-    if (line.starts_with("```")) {
-      inside = !inside;
-      if (inside) blocks.push_back({line.substr(3), number, {}});
+    const bool begins = !inside && line.starts_with(isPage ? ".Bd -literal" : "```");
+    if (begins || (inside && (isPage ? line == ".Ed" : line.starts_with("```")))) {
+      if (begins) blocks.push_back({isPage ? "text" : line.substr(3), number, {}});
+      inside = begins;
     } else if (inside) {
       blocks.back().lines.push_back(line);
-    } else {
+      if (isPage && line.starts_with("$ ")) blocks.back().language = "console";
+    } else if (!isPage) {
       blocks.push_back({"", number, {line}});
     }
   }
@@ -154,13 +136,6 @@ std::vector<std::string> Outputs(const std::vector<Command>& commands, const fs:
   return outputs;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
 /// Every file of the tree with one of the extensions, by its path from the root.
 std::vector<std::string> FilesOfTree(const std::set<std::string>& extensions) {
   std::vector<std::string> files;
@@ -195,7 +170,7 @@ void ExpectShown(const std::string& document) {
   ASSERT_EQ(outputs.size(), commands.size()) << document << ": the shell ended early";
   for (size_t i = 0; i < commands.size(); ++i) {
     const Command& command = commands[i];
-    EXPECT_TRUE(IsShown(Lines(outputs[i]), command.shown))
+    EXPECT_TRUE(IsShown(Split(outputs[i]), command.shown))
         << document << ":" << command.line << ": $ " << command.text << "\ngives:\n"
         << outputs[i];
   }
@@ -220,7 +195,7 @@ bool IsUnderstood(const std::string& command) {
   if (!std::regex_match(command, name, subcommand)) return true;
   static std::map<std::string, std::string> helps;
   std::string& help = helps[name.str(1)];
-  if (help.empty()) help = RunProgram("", NETKIT_PROGRAM, name.str(1) + " --help").out;
+  if (help.empty()) help = RunNetkit(name.str(1) + " --help").out;
   if (help.find("netkit " + name.str(1) + " ") == std::string::npos) return false;
   for (std::sregex_iterator at(command.begin(), command.end(), option), end; at != end; ++at) {
     if (help.find(at->str()) == std::string::npos) return false;
@@ -267,38 +242,29 @@ TEST(Documentation, NamesWhatThereIs) {
   for (const std::string& document : FilesOfTree({".md"})) ExpectNamed(document);
 }
 
-/// Folders of src/ by the table of docs/architecture.md, each with those that it may include.
-std::map<std::string, std::set<std::string>> IncludeTable() {
+/// What a folder of src/ may include is in the table of docs/architecture.md.
+TEST(Documentation, IncludesAreThoseOfTheArchitecture) {
   static const std::regex row(R"(\| `src/([a-z/]+)/` \|[^|]*\|([^|]*)\|)"), folder("`([a-z/]+)/`");
+  static const std::regex include(R"(#include "([a-zA-Z_/]+)/[a-zA-Z_]+\.h")");
   std::map<std::string, std::set<std::string>> table;
-  for (const std::string& line : Lines(ReadFile(kRoot / "docs" / "architecture.md").value())) {
-    std::smatch cells;
-    if (!std::regex_match(line, cells, row)) continue;
-    std::set<std::string>& allowed = table[cells.str(1)] = {"base", cells.str(1)};
-    const std::string last = cells.str(2);
+  std::smatch found;
+  for (const std::string& line : Split(ReadFile(kRoot / "docs" / "architecture.md").value())) {
+    if (!std::regex_match(line, found, row)) continue;
+    std::set<std::string>& allowed = table[found.str(1)] = {"base", found.str(1)};
+    const std::string last = found.str(2);
     for (std::sregex_iterator at(last.begin(), last.end(), folder), end; at != end; ++at) {
       allowed.insert(at->str(1));
     }
   }
-  return table;
-}
-
-TEST(Documentation, IncludesAreThoseOfTheArchitecture) {
-  static const std::regex include(R"(#include "([a-zA-Z_/]+)/[a-zA-Z_]+\.h")");
-  const std::map<std::string, std::set<std::string>> table = IncludeTable();
   EXPECT_GE(table.size(), 11u);
   int includes = 0;
   for (const std::string& file : FilesOfTree({".cpp", ".h"})) {
     if (!file.starts_with("src/")) continue;
-    const std::string folder = fs::path(file).parent_path().string().substr(4);
-    ASSERT_TRUE(table.contains(folder)) << file;
-    const std::set<std::string>& allowed = table.at(folder);
-    for (const std::string& line : Lines(ReadFile(kRoot / file).value())) {
-      std::smatch included;
-      if (!std::regex_match(line, included, include)) continue;
-      const std::string from = included.str(1);
-      const bool insideNetkit = allowed.contains("netkit") && from.starts_with("netkit/");
-      EXPECT_TRUE(allowed.contains(from) || insideNetkit) << file << ": " << line;
+    const std::set<std::string>& allowed = table[fs::path(file).parent_path().string().substr(4)];
+    for (const std::string& line : Split(ReadFile(kRoot / file).value())) {
+      if (!std::regex_match(line, found, include)) continue;
+      const bool insideNetkit = allowed.contains("netkit") && found.str(1).starts_with("netkit/");
+      EXPECT_TRUE(allowed.contains(found.str(1)) || insideNetkit) << file << ": " << line;
       ++includes;
     }
   }

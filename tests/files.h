@@ -7,6 +7,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace siphons {
 
@@ -38,6 +39,14 @@ inline std::optional<std::string> ReadFile(const fs::path& path) {
 
 inline void WriteFile(const fs::path& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
+}
+
+/// The lines of a text, or what stands between other separators.
+inline std::vector<std::string> Split(const std::string& text, char separator = '\n') {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
 }
 
 /// A definition info file that says nothing.

@@ -57,9 +57,8 @@ struct MessageRow {
 };
 
 inline std::vector<MessageRow> MessageTable() {
-  std::istringstream text(ReadFile(MESSAGES_FILE).value_or(""));
   std::vector<MessageRow> rows;
-  for (std::string line; std::getline(text, line);) {
+  for (const std::string& line : Split(ReadFile(MESSAGES_FILE).value_or(""))) {
     std::vector<std::string> cells;
     for (size_t at = 1, end; (end = line.find(" |", at)) != std::string::npos; at = end + 2) {
       cells.push_back(line.substr(at + 1, end - at - 1));
@@ -85,11 +84,10 @@ inline bool Says(const MessageRow& row, const std::string& text) {
       pattern += {'\\', row.message[i]};
     }
   }
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    if (fnmatch(pattern.c_str(), line.c_str(), 0) == 0) return true;
-  }
-  return false;
+  const std::vector<std::string> lines = Split(text);
+  return std::any_of(lines.begin(), lines.end(), [&pattern](const std::string& line) {
+    return fnmatch(pattern.c_str(), line.c_str(), 0) == 0;
+  });
 }
 
 /// Whether the run shows what the row tells: the message on its stream, or none at all, and the status.

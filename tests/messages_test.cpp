@@ -14,8 +14,8 @@ Outcome Kept(const fs::path& test) {
     return {part("expected.stdout"), part("expected.stderr"), number(part("expected.status"))};
   }
   Outcome kept{"", "", 0};
-  std::istringstream lines(ReadFile(tests / (test.string() + ".expected")).value_or("status 99\n"));
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line :
+       Split(ReadFile(tests / (test.string() + ".expected")).value_or("status 99\n"))) {
     const std::string rest = line.substr(line.find_first_of(" |") + 1);
     if (line.starts_with("status signal ")) {
       kept.status = -number(line.substr(14));
@@ -42,8 +42,7 @@ TEST(Messages, EveryRowOfAKeptCaseIsShownByIt) {
 TEST(Messages, EveryLineOfTheKeptCasesHasARow) {
   const std::vector<MessageRow> rows = MessageTable();
   const auto expectRows = [&rows](const fs::path& test, const std::string& stream, const std::string& text) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string& line : Split(text)) {
       const auto isIt = [&](const MessageRow& row) {
         return row.stream == stream && !row.message.empty() && Says(row, line);
       };

@@ -13,7 +13,7 @@
 #include "netkit/formats/net_file.h"
 #include "netkit/verdict/explanation.h"
 #include "netkit/verdict/siphon_status.h"
-#include "tests/random_nets.h"
+#include "tests/nets.h"
 
 namespace siphons {
 namespace {
@@ -62,25 +62,20 @@ PetriNet RandomCell(std::mt19937& random, int32_t greatestWeight) {
     return static_cast<int32_t>(net.places.size()) - 1;
   };
   for (int32_t r = 0; r < resources; ++r) addPlace(greatestWeight + from1To(2) - 1);
-  const auto addArc = [](std::vector<Arc>& arcs, int32_t place, int64_t weight) {
-    Arc& arc = arcs.emplace_back();
-    arc.place = place;
-    arc.weight = weight;
-  };
   for (int32_t i = 0; i < processes; ++i) {
     const int32_t idle = addPlace(from1To(3));
     int32_t at = idle, held = -1;
     int64_t units = 0;
     for (int32_t step = 1 + from1To(3); step >= 0; --step) {
-      Transition& transition = net.transitions.emplace_back();
-      addArc(transition.inputs, at, 1);
-      if (held >= 0) addArc(transition.outputs, held, units);
+      Ends inputs = {{at, 1}}, outputs;
+      if (held >= 0) outputs.push_back({held, units});
       at = step > 0 ? addPlace(0) : idle;
-      addArc(transition.outputs, at, 1);
+      outputs.push_back({at, 1});
       const int32_t next = (std::max(held, 0) + from1To(resources - 1)) % resources;
       held = step > 0 ? next : -1;
       units = from1To(greatestWeight);
-      if (held >= 0) addArc(transition.inputs, held, units);
+      if (held >= 0) inputs.push_back({held, units});
+      net.transitions.push_back(MakeTransition(inputs, outputs));
     }
   }
   return net;
@@ -129,18 +124,13 @@ TEST(Monitors, KeepWhatTheyPromiseOnRandomNets) {
 
 PetriNet Philosophers(int32_t n) {
   PetriNet net;
-  const auto addTransition = [&net](const std::vector<int32_t>& inputs, const std::vector<int32_t>& outputs) {
-    Transition& transition = net.transitions.emplace_back();
-    for (const int32_t p : inputs) transition.inputs.emplace_back().place = p;
-    for (const int32_t p : outputs) transition.outputs.emplace_back().place = p;
-  };
   for (int32_t i = 0; i < n; ++i) {
     const int32_t think = 4 * i, half = think + 1, eat = think + 2, left = think + 3,
                   right = (left + 4) % (4 * n);
     for (const int64_t tokens : {1, 0, 0, 1}) net.places.emplace_back().tokens = tokens;
-    addTransition({think, left}, {half});
-    addTransition({half, right}, {eat});
-    addTransition({eat}, {think, left, right});
+    net.transitions.push_back(MakeTransition({{think, 1}, {left, 1}}, {{half, 1}}));
+    net.transitions.push_back(MakeTransition({{half, 1}, {right, 1}}, {{eat, 1}}));
+    net.transitions.push_back(MakeTransition({{eat, 1}}, {{think, 1}, {left, 1}, {right, 1}}));
   }
   return net;
 }
@@ -236,9 +226,7 @@ TEST(SiphonStatus, TellsTheFourApart) {
   const int32_t a = 12, b = 13, empty = 14;
   for (const int64_t tokens : {1, 0, 0}) net.places.emplace_back().tokens = tokens;
   for (const auto& [from, to] : {std::pair{a, b}, {b, a}, {empty, empty}}) {
-    Transition& transition = net.transitions.emplace_back();
-    transition.inputs.emplace_back().place = from;
-    transition.outputs.emplace_back().place = to;
+    net.transitions.push_back(MakeTransition({{from, 1}}, {{to, 1}}));
   }
   SiphonStatuses statuses(net);
   EXPECT_EQ(statuses.Of({empty}, kNever), SiphonStatus::kEmpty);

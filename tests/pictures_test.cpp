@@ -7,6 +7,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "netkit/formats/dot_writer.h"
@@ -15,36 +16,22 @@
 #include "netkit/formats/markup_text.h"
 #include "netkit/formats/picture.h"
 #include "netkit/formats/svg_writer.h"
+#include "tests/nets.h"
 
 namespace siphons {
 namespace {
 
-Place PlaceAt(const std::string& name, int64_t tokens, double x, double y) {
-  Place place;
-  place.name = name;
-  place.tokens = tokens;
-  place.position = Point{x, y};
-  return place;
-}
-
-Arc ArcTo(int32_t place, int64_t weight = 1) {
-  Arc arc;
-  arc.place = place;
-  arc.weight = weight;
-  return arc;
-}
-
 /// Two places and a timed transition between them, which tests a third place.
 PetriNet SmallNet() {
-  PetriNet net;
+  PetriNet net = MakeNet({3, 0, 12}, {MakeTransition({{0, 2}, {2, 1}}, {{1, 1}, {2, 1}})});
   net.name = "small";
-  net.places = {PlaceAt("from", 3, 0, 0), PlaceAt("to", 0, 200, 0), PlaceAt("free", 12, 100, 80)};
-  Transition& move = net.transitions.emplace_back();
+  const std::pair<const char*, Point> places[] = {{"from", {0, 0}}, {"to", {200, 0}}, {"free", {100, 80}}};
+  for (size_t p = 0; p < net.places.size(); ++p)
+    std::tie(net.places[p].name, net.places[p].position) = places[p];
+  Transition& move = net.transitions[0];
   move.name = "move";
   move.position = Point{100, 0};
-  move.inputs = {ArcTo(0, 2), ArcTo(2)};
-  move.outputs = {ArcTo(1), ArcTo(2)};
-  move.inhibitors = {ArcTo(1, 7)};
+  move.inhibitors = MakeArcs({{1, 7}});
   return net;
 }
 
@@ -54,24 +41,40 @@ size_t CountOf(const std::string& part, const std::string& text) {
   return count;
 }
 
+/// Expects that the text holds every part.
+void ExpectParts(const std::string& text, const std::vector<std::string>& parts) {
+  for (const std::string& part : parts) EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
+}
+
 double Distance(Point a, Point b) {
   return std::hypot(a.x - b.x, a.y - b.y);
 }
 
+void ExpectApart(const Drawing& drawing, double least) {
+  std::vector<DrawnNode> nodes = drawing.places;
+  nodes.insert(nodes.end(), drawing.transitions.begin(), drawing.transitions.end());
+  for (size_t i = 0; i < nodes.size(); ++i) {
+    const Point centre = nodes[i].centre;
+    EXPECT_TRUE(centre.x >= 0 && centre.x <= drawing.width && centre.y <= drawing.height);
+    for (size_t j = 0; j < i; ++j) EXPECT_GT(Distance(centre, nodes[j].centre), least);
+  }
+}
+
 TEST(Pictures, NamesAreText) {
-  EXPECT_EQ(MarkupText("a<b>&\"c\""), "a&lt;b&gt;&amp;&quot;c&quot;");
-  const std::string good = "\u00e9\u20ac\U0001F600";
-  EXPECT_EQ(MarkupText(good), good);
-  const std::string wrong = "\xEF\xBF\xBD";
-  EXPECT_EQ(MarkupText("a\x01z"), "a" + wrong + "z");
-  // A lone byte, a form that is too long, a surrogate, a code point that is too great, U+FFFF, a cut end.
-  EXPECT_EQ(MarkupText("\xFFz"), wrong + "z");
-  EXPECT_EQ(MarkupText("\xC0\xAF"), wrong + wrong);
-  EXPECT_EQ(MarkupText("\xE0\x80\xAF"), wrong + wrong + wrong);
-  EXPECT_EQ(MarkupText("\xED\xA0\x80"), wrong + wrong + wrong);
-  EXPECT_EQ(MarkupText("\xF4\x90\x80\x80"), wrong + wrong + wrong + wrong);
-  EXPECT_EQ(MarkupText("\xEF\xBF\xBF"), wrong + wrong + wrong);
-  EXPECT_EQ(MarkupText("\xE2\x82"), wrong + wrong);
+  const std::string good = "\u00e9\u20ac\U0001F600", x = "\xEF\xBF\xBD";
+  const std::pair<std::string, std::string> cases[] = {
+      {"a<b>&\"c\"", "a&lt;b&gt;&amp;&quot;c&quot;"},
+      {good, good},
+      {"a\x01z", "a" + x + "z"},
+      // A lone byte, a form that is too long, a surrogate, a code point that is too great, U+FFFF, a cut end.
+      {"\xFFz", x + "z"},
+      {"\xC0\xAF", x + x},
+      {"\xE0\x80\xAF", x + x + x},
+      {"\xED\xA0\x80", x + x + x},
+      {"\xF4\x90\x80\x80", x + x + x + x},
+      {"\xEF\xBF\xBF", x + x + x},
+      {"\xE2\x82", x + x}};
+  for (const auto& [name, markup] : cases) EXPECT_EQ(MarkupText(name), markup);
 }
 
 TEST(Pictures, PositionsAreTakenWhereTheyMakeAPicture) {
@@ -101,14 +104,7 @@ TEST(Pictures, NeighboursKeepADistanceAndArcsEndAtBorders) {
     for (Place& place : net.places) place.position = Point{coordinate(random), coordinate(random)};
     if (!HasSensiblePositions(net)) continue;
     const Drawing drawing = DrawingByPositions(net);
-    std::vector<DrawnNode> nodes = drawing.places;
-    nodes.insert(nodes.end(), drawing.transitions.begin(), drawing.transitions.end());
-    for (size_t i = 0; i < nodes.size(); ++i) {
-      EXPECT_GE(nodes[i].centre.x, 0);
-      EXPECT_LE(nodes[i].centre.x, drawing.width);
-      EXPECT_LE(nodes[i].centre.y, drawing.height);
-      for (size_t j = 0; j < i; ++j) EXPECT_GT(Distance(nodes[i].centre, nodes[j].centre), 63);
-    }
+    ExpectApart(drawing, 63);
     ASSERT_EQ(drawing.arcs.size(), 5U);
     for (const DrawnArc& arc : drawing.arcs) {
       const bool fromPlace = arc.kind != DrawnArcKind::kOutput;
@@ -142,33 +138,29 @@ TEST(Pictures, SvgShowsWhatTheNetHas) {
   options.highlights = {{"siphon-1", {0}}, {"siphon-2", {0, 1}}};
   options.monitors = {false, false, true};
   const std::string svg = SvgOf(net, DrawingByPositions(net), options);
-  EXPECT_NE(
-      svg.find("<g class=\"place marked siphon siphon-1 siphon-2\" id=\"p0\"><title>from: 3 tokens</title>"),
-      std::string::npos);
-  EXPECT_NE(svg.find("<g class=\"place siphon siphon-2\" id=\"p1\"><title>&lt;to&gt;: 0 tokens</title>"),
-            std::string::npos);
-  EXPECT_NE(svg.find("<g class=\"place marked monitor\" id=\"p2\">"), std::string::npos);
-  EXPECT_NE(svg.find("<g class=\"transition exponential drains\" id=\"t0\">"), std::string::npos);
-  EXPECT_EQ(CountOf("r=\"2.8\"", svg), 3U);  // three dots; twelve tokens are a number
-  EXPECT_NE(svg.find(">12</text>"), std::string::npos);
-  EXPECT_EQ(CountOf("class=\"arc input\"", svg), 2U);
-  EXPECT_EQ(CountOf("class=\"arc output\"", svg), 2U);
-  EXPECT_EQ(CountOf("class=\"arc inhibitor\"", svg), 1U);
-  EXPECT_EQ(CountOf("r=\"3.5\"", svg), 1U);
-  EXPECT_NE(svg.find(">2</text></g>"), std::string::npos);
-  EXPECT_NE(svg.find(">7</text></g>"), std::string::npos);
-  EXPECT_EQ(svg.find("<script"), std::string::npos);
-  EXPECT_EQ(svg.find("style=\""), std::string::npos);
+  ExpectParts(svg,
+              {"<g class=\"place marked siphon siphon-1 siphon-2\" id=\"p0\"><title>from: 3 tokens</title>",
+               "<g class=\"place siphon siphon-2\" id=\"p1\"><title>&lt;to&gt;: 0 tokens</title>",
+               "<g class=\"place marked monitor\" id=\"p2\">",
+               "<g class=\"transition exponential drains\" id=\"t0\">", ">12</text>", ">2</text></g>",
+               ">7</text></g>"});
+  const std::pair<const char*, size_t> counts[] = {{"r=\"2.8\"", 3},  // dots; twelve tokens are a number
+                                                   {"class=\"arc input\"", 2},
+                                                   {"class=\"arc output\"", 2},
+                                                   {"class=\"arc inhibitor\"", 1},
+                                                   {"r=\"3.5\"", 1},
+                                                   {"url(#arrow)", 4},
+                                                   {"<script", 0},
+                                                   {"style=\"", 0}};
+  for (const auto& [part, count] : counts) EXPECT_EQ(CountOf(part, svg), count) << part;
 }
 
 TEST(Pictures, DotQuotesNames) {
   PetriNet net = SmallNet();
   net.places[0].name = "a\"b\\n";
-  const std::string dot = DotOf(net, {{{"siphon-1", {0}}}, {}});
-  EXPECT_NE(dot.find("xlabel=\"a\\\"b\\\\n\", style=filled"), std::string::npos);
-  EXPECT_NE(dot.find("p0 -> t0 [label=\"2\"];"), std::string::npos);
-  EXPECT_NE(dot.find("t0 -> p1;"), std::string::npos);
-  EXPECT_NE(dot.find("p1 -> t0 [arrowhead=odot, label=\"7\"];"), std::string::npos);
+  ExpectParts(DotOf(net, {{{"siphon-1", {0}}}, {}}),
+              {"xlabel=\"a\\\"b\\\\n\", style=filled", "p0 -> t0 [label=\"2\"];", "t0 -> p1;",
+               "p1 -> t0 [arrowhead=odot, label=\"7\"];"});
 }
 
 TEST(Pictures, LayoutPlacesEveryNodeOnItsOwn) {
@@ -177,11 +169,7 @@ TEST(Pictures, LayoutPlacesEveryNodeOnItsOwn) {
   const std::optional<Drawing> drawing = LaidOut(net);
   ASSERT_EQ(drawing.has_value(), CanLayOut());
   if (!drawing) GTEST_SKIP() << "this build has no layout";
-  std::vector<DrawnNode> nodes = drawing->places;
-  nodes.insert(nodes.end(), drawing->transitions.begin(), drawing->transitions.end());
-  for (size_t i = 0; i < nodes.size(); ++i) {
-    for (size_t j = 0; j < i; ++j) EXPECT_GT(Distance(nodes[i].centre, nodes[j].centre), 2 * kPlaceRadius);
-  }
+  ExpectApart(*drawing, 2 * kPlaceRadius);
   for (const DrawnArc& arc : drawing->arcs) {
     ASSERT_TRUE(arc.curved);
     EXPECT_EQ(arc.line.size() % 3, 1U);

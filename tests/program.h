@@ -85,6 +85,18 @@ inline Outcome RunNet(const fs::path& model, const std::string& net = "net") {
   return RunProgram(ModelDirectory(model), SIPHONS_PROGRAM, net);
 }
 
+/// Runs `netkit` with these arguments and a model directory; the examples are one.
+inline Outcome RunNetkit(const std::string& arguments, const fs::path& model = EXAMPLES_DIRECTORY) {
+  return RunProgram(ModelDirectory(model), NETKIT_PROGRAM, arguments);
+}
+
+/// Runs `netkit` on a pseudo-terminal, both streams in one; its answer goes to /dev/null.
+inline Outcome RunOnTerminal(const std::string& arguments, const fs::path& model) {
+  return RunProgram(
+      "", "script",
+      "-qec \"" + ModelDirectory(model) + " " NETKIT_PROGRAM " " + arguments + " -o /dev/null\" /dev/null");
+}
+
 /// The text with the path of the model directory masked.
 inline std::string Masked(std::string text, const fs::path& model) {
   const std::string path = model.string();

@@ -125,9 +125,9 @@ TEST(Reader, LinesAndTheirEnds) {
   const std::string net =
       "PLACES: 1\nPLACE a\nTRANSITIONS: 1\nTRANSITION t 1 SS EXP RS 0 0 1 2 3 4 5 6 " + kArcs + kNoLists;
   testing::internal::CaptureStderr();
-  const OwnedNet loaded =
-      Load(" \tstray \n" + net + "   \n\t-- comment\nDESCRIPTION: x\r\n" + std::string("y\0z\n", 4) + "lost");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Syntax error: stray \n");
+  const OwnedNet loaded = Load(" \t-stray \n" + net + "   \n\t-- comment\nDESCRIPTION: x\r\n" +
+                               std::string("y\0z\n", 4) + "lost");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Syntax error: -stray \n");
   EXPECT_EQ(messages, Messages{});
   EXPECT_STREQ(loaded->comment, "x\r\ny")
       << "carriage returns stay, a line ends at a NUL, the last line has no end";
@@ -157,14 +157,15 @@ TEST(Reader, FindsItsFile) {
 
 TEST(Reader, NamesSingleServersInOneWarning) {
   std::string text = "PLACES: 1\nPLACE a\nTRANSITIONS: 9\n" + kNoLists;
-  const std::string name(25, 'n');
+  const std::string name(21, 'n');  // a seventh name would end at the limit of 250
   for (char c = '1'; c <= '9'; ++c) {
     text += "TRANSITION " + name + c + " <MD> IS EXP RS 0 0 1 2 3 4 5 6 " + kArcs + "EXP_DELAY " + name + c +
             " 1;\n";
   }
   Load(text, true);
   ASSERT_EQ(messages.size(), 1u);
-  const std::string listed = name + "1, " + name + "2, " + name + "3, " + name + "4, " + name + "5\n";
+  const std::string listed =
+      name + "1, " + name + "2, " + name + "3, " + name + "4, " + name + "5, " + name + "6\n";
   EXPECT_EQ(messages[0].substr(messages[0].find(": ") + 2), listed);
   ExpectRowsOfThisTest({Told("")});
 }

@@ -45,22 +45,6 @@ TEST(PairList, KeepsInsertionOrderOfKeysAndCompanions) {
   }
 }
 
-TEST(PairList, OpensBlocksAndElements) {
-  LiList* const list = CreateLiList();
-  for (uint32_t key = 0; key < kBlockKeys; ++key) StorePair(list, key, 0);
-  EXPECT_EQ(list->next, nullptr);
-  StorePair(list, kBlockKeys, 0);
-  ASSERT_NE(list->next, nullptr);
-  EXPECT_EQ(list->next->nbKeys, 1u);
-  for (uint32_t i = 1; i < kElementValues; ++i) StorePair(list, 3, i);
-  EXPECT_EQ(list->chains[3]->next, nullptr);
-  StorePair(list, 3, 7);
-  ASSERT_NE(list->chains[3]->next, nullptr);
-  EXPECT_EQ(list->chains[3]->next->values, std::vector<uint32_t>{7});
-  FreeLiList(list);
-  FreeLiList(nullptr);
-}
-
 TEST(FreeList, HandsOutFirstInFirstOut) {
   FreeListBlock* head = InitFreeList();
   uint32_t empty = 1;
@@ -78,18 +62,6 @@ TEST(FreeList, HandsOutFirstInFirstOut) {
     }
     ASSERT_EQ(empty == 1, expected.empty());
   }
-  DelFreeList(head);
-}
-
-TEST(FreeList, KeepsItsBlockWhenItRunsEmpty) {
-  FreeListBlock* head = InitFreeList();
-  uint32_t empty = 1;
-  for (uint32_t i = 0; i < kFreeBlockRows; ++i) DelSingleRow(&head, &empty, i);
-  EXPECT_EQ(head->next, nullptr);
-  for (uint32_t i = 0; i < kFreeBlockRows; ++i) ASSERT_EQ(GetFreeRow(&head, &empty), i);
-  EXPECT_EQ(empty, 1u);
-  EXPECT_EQ(head->nbRows, 0u);
-  EXPECT_EQ(head->readPos, 0u);
   DelFreeList(head);
 }
 

@@ -2,10 +2,13 @@
 // filed, the counters, and what is printed.
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <optional>
 
 #include "solver/adjacency.h"
 #include "solver/sharedVars.h"
+#include "tests/files.h"
+#include "tests/instruction_sets.h"
 #include "tests/reference/program.h"
 #include "tests/rows.h"
 
@@ -51,14 +54,6 @@ Arcs Union(std::mt19937& random, uint32_t nets) {
     if (n > 0) arcs.output[n * kSize][(n - 1) * kSize + Below(random, kSize)] = 1;
   }
   return arcs;
-}
-
-/// The instruction sets of this machine, for the pair search.
-std::vector<InstructionSet> SupportedSets() {
-  std::vector<InstructionSet> sets = {InstructionSet::kPortable, InstructionSet::kAvx2,
-                                      InstructionSet::kAvx512};
-  std::erase_if(sets, [](InstructionSet set) { return !IsSupported(set); });
-  return sets;
 }
 
 TEST(Solver, SolvesNetsAsTheReferenceDoes) {
@@ -142,54 +137,26 @@ TEST(Solver, SolvesSystemsAsTheReferenceDoes) {
 
 // One system in a thousand with constant terms tests a new ray with a parent behind the last ray.
 TEST(Solver, TestsParentsThatLeft) {
-  const std::pair<const char*, Rows> systems[] = {
+  const std::pair<const char*, const char*> systems[] = {
       {"adjacent",
-       {{-1, 3, 0, 0},
-        {2, 0, 3, 3},
-        {0, 2, 0, 1},
-        {1, -1, 2, 3},
-        {3, -1, 0, 3},
-        {3, 1, -1, 3},
-        {1, -1, 1, 2},
-        {1, 3, 1, 1},
-        {0, 0, -1, 1},
-        {-1, 2, 0, 2}}},
+       "-1 3 0 0 | 2 0 3 3 | 0 2 0 1 | 1 -1 2 3 | 3 -1 0 3 | 3 1 -1 3 | 1 -1 1 2 | 1 3 1 1 | 0 0 -1 1 | -1 2 "
+       "0 2"},
       {"too few constraints in common",
-       {{-1, 2, 2, 2, -1},
-        {0, 3, 3, 0, 3},
-        {3, 3, 2, 1, -1},
-        {-1, 0, -1, 0, 1},
-        {3, 2, -1, 3, 2},
-        {2, 3, -1, 2, 1},
-        {0, 3, 3, 2, 3},
-        {-1, 3, 2, 0, 2},
-        {2, -1, 0, 3, -1},
-        {0, 0, -1, 0, 1},
-        {0, 2, 0, -1, 3},
-        {2, 1, -1, 3, 3}}},
+       "-1 2 2 2 -1 | 0 3 3 0 3 | 3 3 2 1 -1 | -1 0 -1 0 1 | 3 2 -1 3 2 | 2 3 -1 2 1 | 0 3 3 2 3 | -1 3 2 0 "
+       "2 | 2 -1 0 3 -1 | 0 0 -1 0 1 | 0 2 0 -1 3 | 2 1 -1 3 3"},
       {"separated",
-       {{-1, -1, 0, -3, 0},
-        {-3, -3, 0, 0, 1},
-        {-2, -3, 0, 0, 0},
-        {-2, 0, -2, 0, -1},
-        {0, 0, 0, -3, 0},
-        {-3, 0, 0, 0, 1},
-        {-2, 1, 0, 0, 1},
-        {1, 0, -2, 1, 0}}},
+       "-1 -1 0 -3 0 | -3 -3 0 0 1 | -2 -3 0 0 0 | -2 0 -2 0 -1 | 0 0 0 -3 0 | -3 0 0 0 1 | -2 1 0 0 1 | 1 0 "
+       "-2 1 0"},
       {"adjacent because the row that would separate is moved out of sight",
-       {{1, 0, 1, -1, -1, 0},
-        {2, -1, 0, 0, 1, 0},
-        {1, -1, 2, 0, -1, 0},
-        {-1, 0, -1, 1, 0, 1},
-        {1, 1, -1, 0, -1, 2},
-        {0, -1, 0, -1, 1, 1},
-        {2, -1, 1, 0, 0, 1},
-        {0, 1, 0, 0, -1, 2},
-        {2, 0, 0, 0, 2, 0},
-        {2, -1, 1, 2, 2, 0},
-        {-1, -1, 0, -1, 1, -1}}}};
-  for (const auto& [name, system] : systems) {
+       "1 0 1 -1 -1 0 | 2 -1 0 0 1 0 | 1 -1 2 0 -1 0 | -1 0 -1 1 0 1 | 1 1 -1 0 -1 2 | 0 -1 0 -1 1 1 | 2 -1 "
+       "1 0 0 1 | 0 1 0 0 -1 2 | 2 0 0 0 2 0 | 2 -1 1 2 2 0 | -1 -1 0 -1 1 -1"}};
+  for (const auto& [name, text] : systems) {
     SCOPED_TRACE(name);
+    Rows system;
+    for (const std::string& row : Split(text, '|')) {
+      std::istringstream numbers(row);
+      system.emplace_back(std::istream_iterator<int32_t>(numbers), std::istream_iterator<int32_t>());
+    }
     Compare(system);
   }
 }

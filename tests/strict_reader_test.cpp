@@ -66,26 +66,12 @@ std::vector<std::string> KeptNets() {
 
 /// Damages a net: words are exchanged, doubled, removed or replaced, lines broken or joined, bytes changed.
 std::string Damaged(std::string text, std::mt19937& random) {
-  static const std::vector<std::string> kWords = {"010",        "0x10",
-                                                  "-1",         "+3",
-                                                  "1.5",        "0",
-                                                  "2",          "<MD>",
-                                                  "4294967297", ";",
-                                                  "\n",         "\r\n",
-                                                  "--",         "PLACE",
-                                                  "PLACES:",    "TRANSITION",
-                                                  "TRANSITON",  "INPARCS",
-                                                  "OUTPARCS",   "INHARCS",
-                                                  "EXP",        "IMM",
-                                                  "GEN",        "SS",
-                                                  "RE",         "FUNCTION",
-                                                  "WEIGHT",     "CARDINALITY INPARC",
-                                                  "INHARC",     "MEASURE",
-                                                  "nan",        "1e400",
-                                                  "0x1p3",      ".5",
-                                                  "a",          "\t",
-                                                  "\v",         "DEFINITION_PARAMETER",
-                                                  "N 2 0 0\n",  "place"};
+  static const std::vector<std::string> kWords = Split(
+      "010|0x10|-1|+3|1.5|0|2|<MD>|4294967297|;|\n|\r\n|--|PLACE|PLACES:|TRANSITION|TRANSITON|INPARCS|nan|a|"
+      "OUTPARCS|INHARCS|EXP|IMM|GEN|SS|RE|FUNCTION|WEIGHT|CARDINALITY "
+      "INPARC|INHARC|MEASURE|1e400|0x1p3|.5|\t|"
+      "\v|DEFINITION_PARAMETER|N 2 0 0\n|place",
+      '|');
   for (uint32_t edits = 1 + random() % 2; edits > 0; --edits) {
     if (text.empty()) text = "\n";
     const size_t at = random() % text.size();
@@ -168,9 +154,8 @@ TEST(StrictReader, TellsEveryMistakeWithItsPlaceAndRemedy) {
     damaged = net;
     expected = "";
   };
-  std::istringstream lines(*ReadFile(kKept / "mistakes.txt"));
   const auto rest = [](const std::string& line) { return (line.size() > 1 ? line.substr(2) : "") + "\n"; };
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line : Split(*ReadFile(kKept / "mistakes.txt"))) {
     if (line[0] == '-') {
       if (!expected.empty()) finish();
       if (!to.empty()) replace();

@@ -1,5 +1,4 @@
-// Parts of the decomposition and of its file that no net file reaches: bounds, senses of connection, filled
-// sets.
+// Parts of the decomposition that no net file reaches: bounds, senses of connection.
 #include <gtest/gtest.h>
 
 #include "structure/struct_subnet.h"
@@ -8,17 +7,6 @@
 
 namespace siphons {
 namespace {
-
-std::string Written(void (*write)(std::FILE*)) {
-  char* text = nullptr;
-  size_t size = 0;
-  std::FILE* const stream = open_memstream(&text, &size);
-  write(stream);
-  std::fclose(stream);
-  const std::string result(text, size);
-  std::free(text);
-  return result;
-}
 
 TEST(Subnets, BoundsOrderThePlacesAndTakeBits) {
   std::vector<struct_place> table(7);
@@ -64,30 +52,6 @@ TEST(Subnets, SensesOfConnection) {
   arcs[0].kind = kInhibitorArc;
   EXPECT_EQ(connected(kInAnySense), (Row{0, 1, 2, 3, 4, 5}));
   i_matrix = o_matrix = h_matrix = nullptr, transitions = nullptr, md_arcs = nullptr, no_md_arcs = 0;
-}
-
-TEST(Subnets, SetsAreWrittenWhereTheyAreFilled) {
-  static uint8_t both[] = {2, 1, 0}, none[] = {0};
-  static byte_set a[] = {both, nullptr}, b[] = {none, both};
-  static ecs_rec second{none, nullptr}, first{both, &second};
-  static sp_entry* empty[2] = {};
-  static int32_t members[] = {0, 1};
-  static struct_trans table[2] = {{"s", kKindImmediate, 0, 0, 0, 0.5, 3, 0, 0, 0, nullptr, 0, nullptr},
-                                  {"t", kKindImmediate, 0, 0, 0, 1, 4, 0, 1, 0, nullptr, 0, nullptr}};
-  static subnet_rec group{2, 2, 0, 2, members, nullptr, a, b, &first, empty, empty, empty, empty, nullptr};
-  static subnet_rec timed{};
-  timed.number = 1;
-  timed.next = &group;
-  subnets = &timed, no_subnets = 1, transitions = table, no_trans = 2, no_places = 0, ecs_bit = 1;
-  testing::internal::CaptureStdout();
-  const std::string file = Written(subnet_output);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "This subnet contains 2 ecs:\necs 0 (priority 4): t s \necs 1 (priority 0): \n");
-  EXPECT_EQ(file,
-            "structural analysis file\n2 0\n0\n0\n0\n1\n2\n"
-            "s 0.500000 0 0\n0 \n0 \n0 \n0 \n2 1 0 \nt 1.000000 0 0\n0 \n0 \n0 \n2 1 0 \n0 \n0\n0\n2\n2 1 0 "
-            "\n0 \n");
-  subnets = nullptr, no_subnets = 0, transitions = nullptr, no_trans = 0, ecs_bit = 0;
 }
 
 }  // namespace

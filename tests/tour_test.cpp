@@ -1,6 +1,8 @@
 // The numbers of docs/tour.md: its system has the rays that it shows, and they give the report.
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "matrix/matrixOps.h"
 #include "matrix/matrixProcs.h"
 #include "solver/inequalities.h"
@@ -13,9 +15,8 @@ namespace {
 /// The blocks of a document that are rows of numbers, each row perhaps with a name behind it.
 std::vector<Rows> NumberBlocks(const std::string& document) {
   std::vector<Rows> blocks;
-  std::istringstream text(document);
   bool inside = false;
-  for (std::string line; std::getline(text, line);) {
+  for (const std::string& line : Split(document)) {
     if (line.starts_with("```")) inside = line == "```text";
     if (line == "```text") blocks.emplace_back();
     Row row;
@@ -33,17 +34,15 @@ TEST(Tour, ShowsTheSystemAndItsRays) {
   const Rows &system = blocks[0], &start = blocks[1], &first = blocks[2], &support = blocks[3];
   ASSERT_EQ(system.size(), 14u);
   ASSERT_EQ(start.size(), 8u);
-  for (size_t r = 0; r < start.size(); ++r) {
+  for (const Row& ray : start) {
     size_t saturated = 0;
     for (size_t k = 0; k < start.size(); ++k) {
-      int32_t value = 0;
-      for (size_t p = 0; p < 8; ++p) value += system[k][1 + p] * start[r][p];
+      const int32_t value = std::inner_product(system[k].begin() + 1, system[k].begin() + 9, ray.begin(), 0);
       EXPECT_GE(value, 0);
-      if (value == 0) ++saturated;
+      saturated += value == 0 ? 1 : 0;
     }
-    EXPECT_EQ(saturated, start.size() - 1) << "starting ray " << r;
+    EXPECT_EQ(saturated, start.size() - 1);
   }
-
   const OwnedMatrix constraints = MatrixOf(system);
   Matrix* solution = nullptr;
   ASSERT_EQ(SolveInequationSystem(&solution, constraints.get(), 1000), 34u);

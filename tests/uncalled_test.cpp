@@ -1,4 +1,5 @@
-// The operations that no run of the program calls, each at what is odd about it.
+// The operations that no run of the program calls, each at what is odd about it. fuzz/elimination.cpp tests
+// RemoveZeroRows and _SortRows.
 #include <gtest/gtest.h>
 
 #include "matrix/matrixProcs.h"
@@ -37,14 +38,9 @@ TEST(Uncalled, MatrixOperations) {
   EXPECT_EQ(ISIN(1, m.get(), MatrixOf({{0, 3}}).get()), -1);
   EXPECT_EQ(ISIN(1, m.get(), MatrixOf({{0, 0, 3}}).get()), -1);
 
-  Matrix* zeros = MatrixOf({{0, 0}, {0, 3}, {0, 0}}).release();
-  RemoveZeroRows(&zeros);
-  EXPECT_EQ(RowsOf(*OwnedMatrix(zeros)), (Rows{{0, 3}}));
-  const OwnedMatrix rows = MatrixOf({{1, 1, 1}, {0, 1, 1}, {1, 1, 0}, {1, 0, 1}, {0, 0, 0}});
+  const OwnedMatrix rows = MatrixOf({{1, 1, 1}, {0, 1, 1}, {1, 1, 0}, {1, 0, 1}});
   EXPECT_EQ(LexSmaller(rows.get(), 1, 0), 0) << "column 0 does not count";
   EXPECT_EQ(LexSmaller(rows.get(), 3, 2), 1);
-  _SortRows(rows.get());
-  EXPECT_EQ(RowsOf(*rows), (Rows{{0, 0, 0}, {0, 1, 1}, {1, 1, 0}, {1, 0, 1}, {1, 1, 1}}));
 }
 
 /// The saturation row of a ray that does not saturate these constraints.
@@ -81,17 +77,11 @@ TEST(Uncalled, SolverOperations) {
   NbRay = NbLines = 0;
   Border.clear();
 
-  EXPECT_EQ(INT(-7, 2), -4);
-  EXPECT_EQ(INT(-8, 2), -4);
-  EXPECT_EQ(INT(-1, 4), -1);
-  EXPECT_EQ(INT(-65536 * 8, 65536), -8);
-  EXPECT_EQ(NEAREST_INT(3, 2), 1);
-  EXPECT_EQ(NEAREST_INT(-3, 2), -2);
-  EXPECT_EQ(NEAREST_INT(7, 4), 2);
-  EXPECT_EQ(NEAREST_INT(3, -2), -2);
-  EXPECT_EQ(RSV(-3, 2), 1);
-  EXPECT_EQ(RSV(-3, 3), 0);
-  EXPECT_EQ(RSV(INT32_MIN, 0), -1) << "the absolute value stays negative";
+  EXPECT_EQ((Row{INT(-7, 2), INT(-8, 2), INT(-1, 4), INT(-65536 * 8, 65536)}), (Row{-4, -4, -1, -8}));
+  EXPECT_EQ((Row{NEAREST_INT(3, 2), NEAREST_INT(-3, 2), NEAREST_INT(7, 4), NEAREST_INT(3, -2)}),
+            (Row{1, -2, 2, -2}));
+  EXPECT_EQ((Row{RSV(-3, 2), RSV(-3, 3), RSV(INT32_MIN, 0)}), (Row{1, 0, -1}))
+      << "the absolute value of the lowest number stays negative";
 }
 
 TEST(Uncalled, PairLists) {
@@ -100,21 +90,15 @@ TEST(Uncalled, PairLists) {
   StorePair(list, 4, 2);
   uint32_t keys = 0, companions = 0;
   ScanList(list, &keys, &companions);
-  EXPECT_EQ(keys, 1u);
-  EXPECT_EQ(companions, 2u);
+  EXPECT_EQ(keys * 10 + companions, 12u);
   testing::internal::CaptureStdout();
   printLiList(list);
-  printLiList(nullptr);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "************DISPLAYLIST***********\nRow number 4 is adjacent to rows\n 1  2 \n*********1 "
-            "ELEMENTS***********\n"
-            "************DISPLAYLIST***********\n*********0 ELEMENTS***********\n");
+            "ELEMENTS***********\n");
   FreeLiList(list);
-  LLElement *first = nullptr, *last = nullptr;
+  LLElement* first = nullptr;
   ASSERT_EQ(CreateLLElement(&first), 0);
-  last = first;
-  ASSERT_EQ(CreateLLElement(&last), 0);
-  EXPECT_EQ(first->next, last);
   FreeLiListElement(first);
 }
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <tuple>
 
 #include "netkit/verdict/firing_net.h"
 #include "netkit/verdict/marking_store.h"
@@ -14,34 +13,12 @@
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
 #include "netkit/verdict/traps.h"
-#include "tests/random_nets.h"
+#include "tests/nets.h"
 
 namespace siphons {
 namespace {
 
 const auto kNever = [](int64_t = 0) { return false; };
-
-using Ends = std::vector<std::pair<int32_t, int64_t>>;
-
-std::vector<Arc> MakeArcs(const Ends& ends) {
-  std::vector<Arc> arcs(ends.size());
-  for (size_t i = 0; i < ends.size(); ++i) std::tie(arcs[i].place, arcs[i].weight) = ends[i];
-  return arcs;
-}
-
-Transition MakeTransition(const Ends& inputs, const Ends& outputs) {
-  Transition transition;
-  transition.inputs = MakeArcs(inputs);
-  transition.outputs = MakeArcs(outputs);
-  return transition;
-}
-
-PetriNet MakeNet(const std::vector<int64_t>& tokens, std::vector<Transition> transitions) {
-  PetriNet net;
-  for (const int64_t count : tokens) net.places.emplace_back().tokens = count;
-  net.transitions = std::move(transitions);
-  return net;
-}
 
 /// One line of the verdict, with what it can be expected to decide.
 struct Line {

@@ -1,5 +1,5 @@
-// Eliminations and sorts as they are defined: every row compared with every other, entry by entry, and bubble
-// sorts.
+// Eliminations and sorts as they are defined: every row compared with every other, entry by entry.
+#include <algorithm>
 #include <utility>
 
 #include "tests/reference/integers.h"
@@ -39,20 +39,6 @@ bool SupportHolds(const Row& outer, const Row& inner) {
   return true;
 }
 
-/// Bubble sort that exchanges neighbours as told.
-template <typename Exchanges>
-void BubbleSort(Rows& rows, Exchanges exchanges) {
-  bool moved = true;
-  for (size_t end = rows.size(); end >= 2 && moved; --end) {
-    moved = false;
-    for (size_t k = 1; k < end; ++k) {
-      if (!exchanges(rows[k - 1], rows[k])) continue;
-      std::swap(rows[k - 1], rows[k]);
-      moved = true;
-    }
-  }
-}
-
 }  // namespace
 
 void ElimEqualRows(Rows& rows) {
@@ -74,12 +60,7 @@ void ElimNonMinimal(Rows& rows) {
 }
 
 void SortRows(Rows& rows) {
-  BubbleSort(rows, [](const Row& a, const Row& b) {
-    size_t c = 1;
-    while (c < a.size() && a[c] == b[c]) ++c;
-    return c >= a.size() || a[c] > b[c];  // equal rows are exchanged, too
-  });
-  BubbleSort(rows, [](const Row& a, const Row& b) { return a[0] > b[0]; });
+  std::sort(rows.begin(), rows.end());
 }
 
 void QuickSort(Rows& rows, uint32_t first, uint32_t last, uint32_t key, uint32_t payload) {

@@ -1,4 +1,5 @@
-// Small random nets with what a verdict has to take into account, and their markings, listed literally.
+// Nets by hand and small random ones with what a verdict has to take into account, and their markings, listed
+// literally.
 #pragma once
 
 #include <algorithm>
@@ -6,11 +7,36 @@
 #include <random>
 #include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "netkit/model/petri_net.h"
 
 namespace siphons {
+
+/// Places with the weights of the arcs to them.
+using Ends = std::vector<std::pair<int32_t, int64_t>>;
+
+inline std::vector<Arc> MakeArcs(const Ends& ends) {
+  std::vector<Arc> arcs(ends.size());
+  for (size_t i = 0; i < ends.size(); ++i) std::tie(arcs[i].place, arcs[i].weight) = ends[i];
+  return arcs;
+}
+
+inline Transition MakeTransition(const Ends& inputs, const Ends& outputs) {
+  Transition transition;
+  transition.inputs = MakeArcs(inputs);
+  transition.outputs = MakeArcs(outputs);
+  return transition;
+}
+
+inline PetriNet MakeNet(const std::vector<int64_t>& tokens, std::vector<Transition> transitions) {
+  PetriNet net;
+  for (const int64_t count : tokens) net.places.emplace_back().tokens = count;
+  net.transitions = std::move(transitions);
+  return net;
+}
 
 /// What a random net may have beyond arcs of weight 1.
 struct RandomFeatures {

@@ -8,7 +8,7 @@ import subprocess
 import sys
 import tempfile
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tests", "page"))
 from browser import Browser  # noqa: E402
 
 netkit, examples, directory = (os.path.abspath(path) for path in sys.argv[1:4])
