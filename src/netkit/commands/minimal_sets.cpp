@@ -186,7 +186,7 @@ Findings Find(const PetriNet& net, const EnumerationOptions& options, RunControl
   if (options.smallest) return Smallest(arcs, std::move(query), options, collector, control);
   const auto take = [&collector](std::span<const int32_t> set) { return collector.Take(set); };
   const auto stop = [&control] { return control.Stop(); };
-  return collector.Finish(EnumerateMinimalSiphons(arcs, query, options.jobs, take, stop).complete);
+  return collector.Finish(EnumerateMinimalSiphons(arcs, query, options.jobs, take, stop));
 }
 
 std::string TextOf(const PetriNet& net, const EnumerationOptions& options, const Findings& findings,

@@ -100,6 +100,25 @@ void ClauseSearch::Analyse() {
   ShortenLearnt();
 }
 
+std::vector<Literal> ClauseSearch::DecisionsAgainst(Literal literal) {
+  assert(IsFalse(literal));
+  std::vector<Literal> decisions;
+  if (LevelOf(literal) == 0) return decisions;
+  seen_[VariableOf(literal)] = 1;
+  for (size_t i = trail_.size(); i-- > levelStarts_[0];) {
+    const Variable variable = VariableOf(trail_[i]);
+    if (seen_[variable] == 0) continue;
+    seen_[variable] = 0;
+    if (reasons_[variable] == kNoReason) {
+      decisions.push_back(trail_[i]);
+      continue;
+    }
+    ForEachReason(trail_[i],
+                  [this](Literal other) { seen_[VariableOf(other)] = LevelOf(other) > 0 ? 1 : 0; });
+  }
+  return decisions;
+}
+
 void ClauseSearch::ShortenLearnt() {
   added_.assign(learnt_.begin() + 1, learnt_.end());
   seen_[VariableOf(learnt_[0])] = 1;

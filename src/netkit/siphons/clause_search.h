@@ -47,6 +47,9 @@ class ClauseSearch {
   /// Makes an unassigned literal true, on a level of its own.
   void Decide(Literal literal);
 
+  /// The decisions from which it follows that the literal is false.
+  std::vector<Literal> DecisionsAgainst(Literal literal);
+
   /// Takes everything back that was assigned above the level.
   void Backtrack(uint32_t level);
 

@@ -24,10 +24,8 @@ void ToNet(const Component& component, PlaceList& places) {
   for (int32_t& p : places) p = component.places[static_cast<size_t>(p)];
 }
 
-JobsOutcome RunInThisThread(std::vector<SiphonJob> jobs, const JobLimits& limits,
-                            const std::function<bool(const PlaceList&)>& found,
-                            const std::function<bool()>& stop) {
-  JobsOutcome outcome;
+bool RunInThisThread(std::vector<SiphonJob> jobs, const JobLimits& limits,
+                     const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
   LastParts parts;
   PlaceList siphon;
   std::vector<SiphonJob> waiting(std::make_move_iterator(jobs.rbegin()),
@@ -42,16 +40,12 @@ JobsOutcome RunInThisThread(std::vector<SiphonJob> jobs, const JobLimits& limits
       return found(siphon);
     };
     const JobEnd end = search.Run(take, stop);
-    outcome.leftOutGreat = outcome.leftOutGreat || search.LeftOutGreat();
-    if (end == JobEnd::kStopped) {
-      outcome.complete = false;
-      break;
-    }
+    if (end == JobEnd::kStopped) return false;
     if (end == JobEnd::kExhausted) continue;
     std::vector<SiphonJob> rest = search.Remainder();
     std::move(rest.rbegin(), rest.rend(), std::back_inserter(waiting));
   }
-  return outcome;
+  return true;
 }
 
 class JobCrew {
@@ -60,8 +54,8 @@ class JobCrew {
     for (SiphonJob& job : jobs) entries_.push_back({std::move(job), State::kWaiting, {}});
   }
 
-  JobsOutcome Run(int32_t threads, const std::function<bool(const PlaceList&)>& found,
-                  const std::function<bool()>& stop) {
+  bool Run(int32_t threads, const std::function<bool(const PlaceList&)>& found,
+           const std::function<bool()>& stop) {
     std::vector<std::jthread> crew;
     for (int32_t i = 0; i < threads; ++i) crew.emplace_back([this] { Work(); });
     const bool complete = HandOn(found, stop);
@@ -72,7 +66,7 @@ class JobCrew {
     }
     changed_.notify_all();
     crew.clear();
-    return {complete, leftOutGreat_};
+    return complete;
   }
 
  private:
@@ -110,7 +104,6 @@ class JobCrew {
         for (SiphonJob& job : search.Remainder()) rest.push_back({std::move(job), State::kWaiting, {}});
       }
       lock.lock();
-      leftOutGreat_ = leftOutGreat_ || search.LeftOutGreat();
       entry->state = State::kDone;
       entries_.splice(std::next(entry), rest);
       changed_.notify_all();
@@ -143,14 +136,13 @@ class JobCrew {
   std::condition_variable changed_;
   std::list<Entry> entries_;  ///< guarded by mutex_, but for the job and the answers of a running one
   bool ended_ = false;
-  bool leftOutGreat_ = false;
   std::atomic<bool> stop_ = false;
 };
 
 }  // namespace
 
-JobsOutcome RunJobs(std::vector<SiphonJob> jobs, const JobLimits& limits, int32_t threads,
-                    const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
+bool RunJobs(std::vector<SiphonJob> jobs, const JobLimits& limits, int32_t threads,
+             const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
   if (threads <= 1) return RunInThisThread(std::move(jobs), limits, found, stop);
   return JobCrew(std::move(jobs), limits).Run(threads, found, stop);
 }

@@ -11,15 +11,10 @@
 
 namespace siphons {
 
-struct JobsOutcome {
-  bool complete = true;       ///< nothing was cut short by `found` or `stop`
-  bool leftOutGreat = false;  ///< there may be siphons with more places than wanted
-};
-
 /// Calls found(places) for every siphon of the jobs, places of the net, ascending, from the calling thread.
 /// Ends early when `found` returns false or `stop`, asked often from the calling thread, returns true. With
 /// more than one thread the answers of jobs that run ahead wait in memory.
-JobsOutcome RunJobs(std::vector<SiphonJob> jobs, const JobLimits& limits, int32_t threads,
-                    const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop);
+bool RunJobs(std::vector<SiphonJob> jobs, const JobLimits& limits, int32_t threads,
+             const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop);
 
 }  // namespace siphons

@@ -29,8 +29,10 @@ JobSearch::JobSearch(const SiphonJob& job, const JobLimits& limits, SiphonParts&
   for (const JobArcs::Transition& transition : arcs_.transitions) support_.push_back(transition.inputs[0]);
   inputsHeld_.resize(arcs_.transitions.size());
   stamps_.resize(job.places.size());
+  if (IsSmallestFirst() && HasPhases()) return;
   AddSiphonClauses(arcs_, search_);
   AddHeldAndKnown();
+  if (IsSmallestFirst()) leastSize_.emplace(search_, static_cast<uint32_t>(job_.places.size()));
 }
 
 void JobSearch::AddHeldAndKnown() {
@@ -52,6 +54,10 @@ void JobSearch::AddHeldAndKnown() {
 }
 
 JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
+  if (IsSmallestFirst() && HasPhases()) {
+    inPhase_ = true;
+    return JobEnd::kSplit;
+  }
   for (uint64_t round = 0;; ++round) {
     if (round % kStopInterval == 0 && stop()) return JobEnd::kStopped;
     if (!search_.Propagate()) {
@@ -60,6 +66,7 @@ JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const 
     }
     FollowTrail();
     if (search_.Level() == 0) {
+      wished_ = 0;
       if (search_.WantsCollection()) {
         search_.CollectClauses();
         assert(search_.Consistent());
@@ -70,10 +77,9 @@ JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const 
         continue;
       }
     }
-    const size_t mostPlaces = static_cast<size_t>(limits_.MostPlaces());
-    if (held_.size() > mostPlaces) {
-      if (!LeaveOutGreat(mostPlaces)) return JobEnd::kExhausted;
-      continue;
+    if (leastSize_) {
+      if (leastSize_->Value() > static_cast<size_t>(*limits_.mostPlaces)) return JobEnd::kExhausted;
+      if (Wish()) continue;
     }
     const uint32_t lacking = FirstLacking();
     if (lacking != kNone) {
@@ -106,6 +112,7 @@ void JobSearch::FollowTrail() {
     seen_ = mark.seen;
     held_.resize(mark.held);
     supported_ = mark.supported;
+    wished_ = mark.wished;
     marks_.resize(search_.Level());
   }
   const std::span<const Literal> trail = search_.Trail();
@@ -116,8 +123,26 @@ void JobSearch::FollowTrail() {
 }
 
 void JobSearch::Decide(Literal literal) {
-  marks_.push_back({seen_, held_.size(), supported_});
+  marks_.push_back({seen_, held_.size(), supported_, wished_});
   search_.Decide(literal);
+}
+
+/// Takes a step towards what is wished; false when all wishes are true. They are the first decisions, so when
+/// one is false, only others can be to blame.
+bool JobSearch::Wish() {
+  const std::span<const Literal> wishes = leastSize_->Wishes();
+  while (wished_ < wishes.size() && search_.IsTrue(wishes[wished_])) ++wished_;
+  if (wished_ == wishes.size()) return false;
+  const Literal wish = wishes[wished_];
+  if (search_.IsFalse(wish)) {
+    std::vector<Literal> core = search_.DecisionsAgainst(wish);
+    core.push_back(wish);
+    search_.Backtrack(0);
+    leastSize_->Raise(core);
+  } else {
+    Decide(wish);
+  }
+  return true;
 }
 
 /// A transition that fills the first held place that has such, and takes from no held one; or kNone.
@@ -267,14 +292,6 @@ PlaceList JobSearch::Smaller(const PlaceList& siphon) {
 bool JobSearch::LeaveOut(const PlaceList& siphon) {
   clause_.clear();
   for (const int32_t p : siphon) clause_.push_back(Lacks(arcs_.variableOf[static_cast<size_t>(p)]));
-  return search_.AddFalseClause(clause_);
-}
-
-/// Excludes the sets that contain the first held places, one more than wanted; false when nothing is left.
-bool JobSearch::LeaveOutGreat(size_t mostPlaces) {
-  leftOutGreat_ = true;
-  clause_.clear();
-  for (size_t i = 0; i <= mostPlaces; ++i) clause_.push_back(Lacks(held_[i]));
   return search_.AddFalseClause(clause_);
 }
 

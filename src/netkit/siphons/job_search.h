@@ -15,6 +15,10 @@
 // places around this one only. A job that takes long is split at a place that half of its answers have: the
 // clauses of the others are then not carried along, and the parts can go to other threads.
 //
+// Where greater siphons than a number are not wanted, every phase is a job of its own at once, and a job
+// finds its siphons by their size (least_size.h): its first decisions are the wishes, and when these cannot
+// be fulfilled, it learns that from their core. It ends when the least size is above the number.
+//
 // An answer costs the arcs of its places and the watched clauses that are touched on the way.
 #pragma once
 
@@ -26,6 +30,7 @@
 
 #include "netkit/siphons/clause_search.h"
 #include "netkit/siphons/job_clauses.h"
+#include "netkit/siphons/least_size.h"
 #include "netkit/siphons/siphon_job.h"
 #include "netkit/siphons/siphon_parts.h"
 
@@ -43,15 +48,12 @@ class JobSearch {
   /// After kSplit: the jobs that the rest consists of, to be done in this order.
   std::vector<SiphonJob> Remainder();
 
-  /// Whether there may be siphons that have more places than wanted.
-  bool LeftOutGreat() const { return leftOutGreat_; }
-
  private:
   static constexpr uint32_t kNone = UINT32_MAX;
 
   /// What was so when a decision was taken.
   struct Mark {
-    size_t seen, held, supported;
+    size_t seen, held, supported, wished;
   };
 
   enum class Step { kGoOn, kExhausted, kStop };
@@ -67,6 +69,9 @@ class JobSearch {
   bool EndsNow();
   std::optional<int32_t> PlaceToSplit() const;
 
+  bool IsSmallestFirst() const { return limits_.mostPlaces != nullptr; }
+  bool Wish();
+
   void FollowTrail();
   uint32_t FirstLacking();
   bool IsSupported(uint32_t transition);
@@ -81,7 +86,6 @@ class JobSearch {
   bool AllTestedLeadTo(Variable place);
   PlaceList Smaller(const PlaceList& siphon);
   bool LeaveOut(const PlaceList& siphon);
-  bool LeaveOutGreat(size_t mostPlaces);
 
   PlaceList PlacesLeft() const;
 
@@ -91,11 +95,13 @@ class JobSearch {
   const JobArcs arcs_;
   ClauseSearch search_;
 
-  std::vector<Variable> held_;     ///< held places in the order of the trail
-  size_t seen_ = 0;                ///< of the trail
-  size_t supported_ = 0;           ///< of the held places: these lack nothing
-  std::vector<Mark> marks_;        ///< by level
-  std::vector<Variable> support_;  ///< by transition: an input place that was held when asked last
+  std::vector<Variable> held_;          ///< held places in the order of the trail
+  size_t seen_ = 0;                     ///< of the trail
+  size_t supported_ = 0;                ///< of the held places: these lack nothing
+  std::optional<LeastSize> leastSize_;  ///< where greater siphons are not wanted
+  size_t wished_ = 0;                   ///< of its wishes: these are true
+  std::vector<Mark> marks_;             ///< by level
+  std::vector<Variable> support_;       ///< by transition: an input place that was held when asked last
   std::vector<Literal> clause_;
 
   /// By transition, for FallsWithoutTested: the answer that it was counted for, and the count.
@@ -118,7 +124,6 @@ class JobSearch {
   uint64_t splitAtConflicts_;
   uint64_t conflicts_ = 0;
   uint64_t restartAt_;
-  bool leftOutGreat_ = false;
 };
 
 }  // namespace siphons

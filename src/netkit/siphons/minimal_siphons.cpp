@@ -56,10 +56,10 @@ std::vector<SiphonJob> JobsOf(const ArcSets& arcs, const PlaceList& places, Plac
 
 }  // namespace
 
-EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
-                                       const std::function<bool(std::span<const int32_t>)>& found,
-                                       const std::function<bool()>& stop) {
-  if (stop()) return {};
+bool EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
+                             const std::function<bool(std::span<const int32_t>)>& found,
+                             const std::function<bool()>& stop) {
+  if (stop()) return false;
   PlaceList places, containing = query.containing;
   {
     SiphonWithin greatest(arcs);
@@ -68,15 +68,13 @@ EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& q
   }
   std::sort(containing.begin(), containing.end());
   containing.erase(std::unique(containing.begin(), containing.end()), containing.end());
-  if (!std::includes(places.begin(), places.end(), containing.begin(), containing.end()))
-    return {true, false};
+  if (!std::includes(places.begin(), places.end(), containing.begin(), containing.end())) return true;
 
   const PlaceList singles = SinglesOf(arcs, places);
-  if (query.mostPlaces < 1) return {true, !places.empty()};
   for (size_t i = 0; i < singles.size(); ++i) {
     const bool isWanted = containing.empty() || containing == PlaceList{singles[i]};
     const bool isOfPart = static_cast<int32_t>(i % static_cast<size_t>(query.parts)) == query.part - 1;
-    if (isWanted && isOfPart && (stop() || !found(std::span(&singles[i], 1)))) return {};
+    if (isWanted && isOfPart && (stop() || !found(std::span(&singles[i], 1)))) return false;
   }
   PlaceList others;
   std::set_difference(places.begin(), places.end(), singles.begin(), singles.end(),
@@ -86,16 +84,14 @@ EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& q
   if (query.parts > 1) jobs = JobsOfPart(std::move(jobs), query.part, query.parts);
   JobLimits limits;
   limits.mostPlaces = query.mostPlaces;
-  limits.mostPlacesNow = query.mostPlacesNow;
-  const JobsOutcome outcome = RunJobs(
+  return RunJobs(
       std::move(jobs), limits, threads, [&found](const PlaceList& siphon) { return found(siphon); }, stop);
-  return {outcome.complete, outcome.leftOutGreat};
 }
 
 bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,
                           const std::function<bool(std::span<const int32_t>)>& found,
                           const std::function<bool()>& stop) {
-  return EnumerateMinimalSiphons(arcs, query, 1, found, stop).complete;
+  return EnumerateMinimalSiphons(arcs, query, 1, found, stop);
 }
 
 bool ShorterOrEarlier(const PlaceList& a, const PlaceList& b) {

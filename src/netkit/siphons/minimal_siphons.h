@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <span>
 
 #include "netkit/siphons/arc_sets.h"
@@ -15,16 +14,10 @@ namespace siphons {
 struct SiphonQuery {
   PlaceList within;      ///< all places of the siphon are among these, each once
   PlaceList containing;  ///< and these are among its places
-  int32_t mostPlaces = std::numeric_limits<int32_t>::max();  ///< and it has no more than these many
-  const std::atomic<int32_t>* mostPlacesNow = nullptr;       ///< if not null, the same; may fall meanwhile
-  int32_t part = 1;                                          ///< of `parts`: every siphon belongs to one part
-  int32_t parts = 1;                                         ///< at least 1
-};
-
-/// How the search ended.
-struct EnumerationEnd {
-  bool complete = false;      ///< there is no other wanted siphon
-  bool leftOutGreat = false;  ///< there may be siphons with more places than wanted
+  /// If not null: with two places or more, it has no more than these many. The number may fall meanwhile.
+  const std::atomic<int32_t>* mostPlaces = nullptr;
+  int32_t part = 1;   ///< of `parts`: every siphon belongs to one part
+  int32_t parts = 1;  ///< at least 1
 };
 
 /// Calls found(places) for every wanted minimal siphon of the net, its places ascending, each siphon once.
@@ -32,9 +25,9 @@ struct EnumerationEnd {
 /// or when `stop`, which is asked often, returns true; both are called from the calling thread. With more
 /// than one thread the search runs beside it. Needs memory for the net and for some thousand siphons, and in
 /// rare cases for all that were found.
-EnumerationEnd EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
-                                       const std::function<bool(std::span<const int32_t>)>& found,
-                                       const std::function<bool()>& stop);
+bool EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
+                             const std::function<bool(std::span<const int32_t>)>& found,
+                             const std::function<bool()>& stop);
 
 /// The same on one thread; whether it came to its end.
 bool ForEachMinimalSiphon(const ArcSets& arcs, const SiphonQuery& query,

@@ -3,10 +3,8 @@
 // different machines.
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -29,13 +27,8 @@ struct JobLimits {
   size_t answers = 500;        ///< siphons, known ones too, after which it is split
   uint64_t conflicts = 20000;  ///< the same
   uint64_t steps = 20000;      ///< of one phase at least, before it becomes a job of its own
-  int32_t mostPlaces = std::numeric_limits<int32_t>::max();  ///< greater siphons are not wanted
-  const std::atomic<int32_t>* mostPlacesNow = nullptr;       ///< if not null, the same; may fall meanwhile
-
-  int32_t MostPlaces() const {
-    return mostPlacesNow == nullptr ? mostPlaces
-                                    : std::min(mostPlaces, mostPlacesNow->load(std::memory_order_relaxed));
-  }
+  const std::atomic<int32_t>* mostPlaces =
+      nullptr;  ///< if not null, greater siphons are not wanted; may fall
 };
 
 enum class JobEnd {

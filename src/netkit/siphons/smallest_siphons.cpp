@@ -1,13 +1,14 @@
-// First as many siphons as wanted, of any size, so that there is an answer when time is short. Then searches
-// for siphons within a bound on the number of places, which rises by a quarter from search to search until
-// enough siphons are within it, or no greater one is left. Small siphons are found, and the lack of them
-// shown, without a look at the great ones. As soon as there are enough, greater ones than these are not
-// wanted any more, which narrows the search that is under way; so a bound that is too high does little harm.
+// First as many siphons as wanted, of any size, so that there is an answer when time is short. Then each
+// place by itself, the places before it left out: the siphons with it, the smallest first, until they are
+// greater than as many as are wanted (job_search.h). Small siphons are found, and the lack of them shown,
+// without a look at the great ones.
 #include "netkit/siphons/smallest_siphons.h"
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <iterator>
+#include <limits>
 #include <set>
 
 namespace siphons {
@@ -24,12 +25,10 @@ class SmallestSoFar {
     if (siphons_.size() <= count_) return;
     siphons_.erase(std::prev(siphons_.end()));
     isOneTooMany_ = true;
-    mostPlaces_ = MostPlaces();
+    mostPlaces_ = static_cast<int32_t>(siphons_.rbegin()->size());
   }
 
-  bool IsFull() const { return siphons_.size() == count_; }
   bool IsOneTooMany() const { return isOneTooMany_; }
-  int32_t MostPlaces() const { return static_cast<int32_t>(siphons_.rbegin()->size()); }
   /// How many places a siphon may have to be wanted still.
   const std::atomic<int32_t>& Bound() const { return mostPlaces_; }
   std::vector<PlaceList> Siphons() const { return {siphons_.begin(), siphons_.end()}; }
@@ -48,29 +47,22 @@ SmallestSiphons FindSmallestSiphons(const ArcSets& arcs, SiphonQuery query, int3
   SmallestSoFar smallest(count);
   bool isStopped = false;
   const auto asked = [&] { return isStopped = isStopped || stop(); };
-  query.mostPlaces = std::numeric_limits<int32_t>::max();
-  bool areAll = EnumerateMinimalSiphons(
-                    arcs, query, threads,
-                    [&](std::span<const int32_t> siphon) {
-                      smallest.Take(siphon);
-                      return !smallest.IsOneTooMany();
-                    },
-                    asked)
-                    .complete;
-  query.mostPlacesNow = &smallest.Bound();
-  bool areSmallest = areAll;
-  for (query.mostPlaces = 1; !areSmallest && !isStopped;
-       query.mostPlaces = std::max(query.mostPlaces + 1, query.mostPlaces / 4 * 5)) {
-    const EnumerationEnd end = EnumerateMinimalSiphons(
+  const bool areAll = EnumerateMinimalSiphons(
+      arcs, query, threads,
+      [&](std::span<const int32_t> siphon) {
+        smallest.Take(siphon);
+        return !smallest.IsOneTooMany();
+      },
+      asked);
+  query.mostPlaces = &smallest.Bound();
+  if (!areAll && !isStopped) {
+    EnumerateMinimalSiphons(
         arcs, query, threads,
         [&](std::span<const int32_t> siphon) {
           smallest.Take(siphon);
           return true;
         },
         asked);
-    areAll = end.complete && !end.leftOutGreat && !smallest.IsOneTooMany();
-    areSmallest =
-        end.complete && (areAll || (smallest.IsFull() && smallest.MostPlaces() <= query.mostPlaces));
   }
   return {smallest.Siphons(), isStopped, areAll};
 }
