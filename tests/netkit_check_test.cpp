@@ -1,5 +1,5 @@
-// netkit check as a process: its JSON and trace, its limits and interrupts. What it says of nets is in
-// netkit/commands.md and in the documents.
+// netkit check as a process: its limits and interrupts. What it says of nets is in netkit/commands.md and in
+// the documents.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -13,21 +13,6 @@ using Json = nlohmann::json;
 
 Outcome Check(const std::string& arguments, const fs::path& model = EXAMPLES_DIRECTORY) {
   return RunNetkit("check " + arguments, model);
-}
-
-TEST(NetkitCheck, SaysHowANetBlocks) {
-  const TemporaryDirectory directory;
-  const fs::path trace = directory.path() / "trace";
-  const Outcome outcome = Check("philosophers --json --trace '" + trace.string() + "'");
-  EXPECT_EQ(outcome.status, 10);
-  const Json answer = Json::parse(outcome.out);
-  EXPECT_EQ(answer["verdict"], "deadlock");
-  std::string lines;
-  for (const Json& transition : answer["sequence"]) lines += transition.get<std::string>() + "\n";
-  EXPECT_EQ(ReadFile(trace), lines);
-  EXPECT_EQ(answer["sequence"].size(), 5U);
-  EXPECT_EQ(answer["held_up"].size(), answer["counts"]["transitions"]);
-  EXPECT_EQ(answer["short_siphons"].size(), 1U);
 }
 
 /// A net that no line decides soon: only its priorities keep it from blocking, and its markings have no end.
