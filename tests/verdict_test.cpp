@@ -12,6 +12,7 @@
 #include "netkit/verdict/reduced_net.h"
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
+#include "netkit/verdict/support_sets.h"
 #include "netkit/verdict/traps.h"
 #include "tests/nets.h"
 
@@ -121,6 +122,26 @@ TEST(Verdict, TrapsAreTested) {
   EXPECT_FALSE(IsMarkedTrap(net, {0, 1}));
   EXPECT_TRUE(TrapFinder(net).MarkedTraps({0, 1, 2}, 9).empty());
   EXPECT_EQ(Decide(net, {.rounds = 1}, kNever).finding, Finding::kUndecided);
+}
+
+TEST(Verdict, OrderOfFiringsCounts) {
+  // A token goes round in p0 p1; t2 would take it away, but needs p2, which it gives back and nothing else
+  // fills. For the equation it can; t3 keeps p0 p1 p2 from being a trap.
+  const PetriNet net = MakeNet(
+      {1, 0, 0, 0}, {MakeTransition({{0, 1}}, {{1, 1}}), MakeTransition({{1, 1}}, {{0, 1}}),
+                     MakeTransition({{0, 1}, {2, 1}}, {{2, 1}, {3, 1}}), MakeTransition({{2, 1}}, {{3, 1}})});
+  const VerdictLimits proofOnly = {
+      .rounds = 1, .breadthFirst = false, .reduced = false, .walks = false, .reductions = false};
+  const Verdict verdict = Decide(net, proofOnly, kNever);
+  EXPECT_EQ(verdict.ground, Ground::kEquation);
+  EXPECT_GT(verdict.conditions, 0);
+  EXPECT_EQ(Breakers(net, {0, 1}, false), (std::vector<int32_t>{2}));
+  EXPECT_EQ(Breakers(net, {0, 1, 2}, false), (std::vector<int32_t>{3}));
+  EXPECT_EQ(Breakers(net, {1}, true), (std::vector<int32_t>{0}));
+  EXPECT_TRUE(Breakers(net, {2}, true).empty());
+  PetriNet marked = net;  // now it can
+  marked.places[2].tokens = 1;
+  EXPECT_EQ(Decide(marked, proofOnly, kNever).finding, Finding::kUndecided);
 }
 
 /// Reduces random nets and compares what can block; the number of nets can be raised by VERDICT_NETS.

@@ -20,6 +20,10 @@ const char* WordOf(Finding finding) {
 namespace {
 
 std::string TrapsOf(const Verdict& verdict) {
+  if (verdict.conditions > 0) {
+    return "marked traps and " + std::to_string(verdict.conditions) +
+           (verdict.conditions == 1 ? " condition" : " conditions") + " on the order of firings";
+  }
   if (verdict.reduced) return "marked traps";
   return std::to_string(verdict.traps.size()) +
          (verdict.traps.size() == 1 ? " marked trap" : " marked traps");

@@ -117,8 +117,9 @@ struct StateEquation::Z3 {
   Numbers numbers;
   z3::context context;
   z3::solver solver;
-  std::vector<z3::expr> marking;  ///< by place
-  std::vector<z3::expr> firings;  ///< by different change
+  std::vector<z3::expr> marking;            ///< by place
+  std::vector<z3::expr> firings;            ///< by different change
+  std::vector<std::vector<int32_t>> alike;  ///< transitions by place in `firings`
   std::vector<int32_t> columnOf;  ///< by transition: its place in `firings`, or -1 where it changes nothing
 };
 
@@ -147,6 +148,8 @@ StateEquation::StateEquation(const PetriNet& net, Numbers numbers, Search search
     }
     const auto [column, isNew] = columns.emplace(std::move(change), static_cast<int32_t>(columns.size()));
     z3_->columnOf.push_back(column->second);
+    if (isNew) z3_->alike.emplace_back();
+    z3_->alike[static_cast<size_t>(column->second)].push_back(static_cast<int32_t>(z3_->columnOf.size()) - 1);
     if (!isNew) continue;
     const z3::expr firings = z3_->Unknown("f", z3_->firings.size());
     z3_->solver.add(firings >= z3_->Number(0));
@@ -187,6 +190,21 @@ void StateEquation::RequireMarked(const PlaceList& trap) {
   z3::expr_vector marked(z3_->context);
   for (const int32_t p : trap) marked.push_back(z3_->Express({p, true, 1}));
   z3_->solver.add(z3::mk_or(marked));
+}
+
+void StateEquation::Require(const FiringCondition& condition) {
+  z3::expr_vector any(z3_->context);
+  const auto firings = [this](int32_t t) {
+    return z3_->firings[static_cast<size_t>(z3_->columnOf[static_cast<size_t>(t)])];
+  };
+  for (const int32_t p : condition.marked) any.push_back(z3_->Express({p, true, 1}));
+  for (const int32_t t : condition.fired) any.push_back(firings(t) > z3_->Number(0));
+  if (condition.notFired >= 0) any.push_back(firings(condition.notFired) <= z3_->Number(0));
+  z3_->solver.add(z3::mk_or(any));
+}
+
+const std::vector<int32_t>& StateEquation::Alike(int32_t transition) const {
+  return z3_->alike[static_cast<size_t>(z3_->columnOf[static_cast<size_t>(transition)])];
 }
 
 void StateEquation::Push() {

@@ -28,6 +28,13 @@ struct Candidate {
   std::vector<int64_t> firings;  ///< by transition
 };
 
+/// One of these places holds a token, or one of the transitions fires, or `notFired` does not.
+struct FiringCondition {
+  PlaceList marked;
+  std::vector<int32_t> fired;
+  int32_t notFired = -1;  ///< -1: none
+};
+
 class StateEquation {
  public:
   enum class Numbers { kNoEquation, kRational, kWhole };
@@ -50,6 +57,12 @@ class StateEquation {
   void RequireAtMost(int32_t place, int64_t most);
   /// From now on the places, a trap that is marked initially, hold a token at least.
   void RequireMarked(const PlaceList& trap);
+  /// From now on the condition holds. Its transitions change some place; `notFired` stands for all that are
+  /// alike.
+  void Require(const FiringCondition& condition);
+  /// The transitions with the same change, whose firings are counted together; the transition changes some
+  /// place.
+  const std::vector<int32_t>& Alike(int32_t transition) const;
 
   /// Conditions between Push and the next Pop are taken back by it.
   void Push();

@@ -9,6 +9,7 @@
 #include "netkit/verdict/reduced_net.h"
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
+#include "netkit/verdict/support_sets.h"
 #include "netkit/verdict/traps.h"
 #include "netkit/verdict/walks.h"
 
@@ -49,8 +50,11 @@ constexpr ProofKind kProofs[] = {
 /// A proof under way: an equation, and the traps that it was given.
 class Proof {
  public:
-  Proof(const PetriNet& net, const ProofKind& kind) : net_(net), equation_(net, kind.numbers, kind.search) {
+  /// `exact`: no enabling function and no marking-dependent arc is in the net.
+  Proof(const PetriNet& net, const ProofKind& kind, bool exact)
+      : net_(net), equation_(net, kind.numbers, kind.search) {
     equation_.RequireDead();
+    if (exact && kind.numbers != StateEquation::Numbers::kNoEquation) supportSets_.emplace(net, equation_);
   }
 
   enum class State { kOpen, kProved, kCandidate };
@@ -69,7 +73,7 @@ class Proof {
         break;
       }
       const auto found = finder.MarkedTraps(equation_.EmptyPlaces(), kTrapsPerCandidate);
-      if (found.empty()) state_ = State::kCandidate;
+      if (found.empty() && !RefuteBySupport()) state_ = State::kCandidate;
       for (const PlaceList& trap : found) {
         if (!IsMarkedTrap(net_, trap)) std::abort();  // a proof on it would be worthless
         traps.push_back(trap);
@@ -81,9 +85,24 @@ class Proof {
   /// In state kCandidate.
   Candidate ItsCandidate() { return equation_.Solution(); }
 
+  /// On the order of firings, that it was given.
+  int32_t Conditions() const { return conditions_; }
+
  private:
+  /// Whether the solution breaks conditions on the order of its firings; they are given to the equation.
+  bool RefuteBySupport() {
+    if (!supportSets_) return false;
+    const auto broken =
+        supportSets_->Broken(equation_.Solution(), equation_.EmptyPlaces(), kTrapsPerCandidate);
+    for (const FiringCondition& condition : broken) equation_.Require(condition);
+    conditions_ += static_cast<int32_t>(broken.size());
+    return !broken.empty();
+  }
+
   const PetriNet& net_;
   StateEquation equation_;
+  std::optional<SupportSets> supportSets_;
+  int32_t conditions_ = 0;
   size_t trapsGiven_ = 0;
   State state_ = State::kOpen;
 };
@@ -182,6 +201,7 @@ class Decision {
     const Verdict verdict =
         Decision(net, limits, [this, before](int64_t looked) { return question_(before + looked); }).Run();
     if (verdict.finding == Finding::kDeadlockFree) {
+      verdict_.conditions = verdict.conditions;
       return FreeByReduction(verdict.ground, size, verdict.markings);
     }
     if (verdict.finding == Finding::kUndecided) return false;
@@ -202,10 +222,13 @@ class Decision {
   bool Prove(int64_t factor) {
     while (!ProofOver() && !stop_()) {
       const ProofKind& kind = kProofs[proofNumber_];
-      if (!proof_) proof_.emplace(net_, kind);
+      if (!proof_) proof_.emplace(net_, kind, firingNet_.Exact());
       const int64_t steps = kind.steps > 0 ? kind.steps : factor * kSolverSteps;
       const Proof::State state = proof_->Go(steps, finder_, traps_, stop_);
-      if (state == Proof::State::kProved) return Free(kind.ground);
+      if (state == Proof::State::kProved) {
+        verdict_.conditions = proof_->Conditions();
+        return Free(kind.ground);
+      }
       if (state == Proof::State::kOpen && kind.steps == 0) return false;
       ++proofNumber_;
       if (state == Proof::State::kCandidate && kind.ground != Ground::kTraps) {

@@ -50,6 +50,7 @@ struct Verdict {
   std::optional<NetSize>
       reduced;                    ///< of the reduced net that the ground speaks of; else it is the net itself
   std::vector<PlaceList> traps;   ///< that the proof used, if it is about the net itself
+  int32_t conditions = 0;         ///< on the order of firings, that the proof was given
   std::vector<int32_t> sequence;  ///< into the dead marking
   std::vector<int64_t> dead;      ///< the dead marking
   std::optional<Candidate> candidate;  ///< the last one that no marked trap refutes
