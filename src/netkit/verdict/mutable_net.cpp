@@ -36,28 +36,28 @@ int64_t WeightAt(const ArcList& arcs, int32_t place) {
 }
 
 MutableNet::MutableNet(const PetriNet& net)
-    : macros(net.transitions.size()),
-      watched(net.places.size()),
-      gone(net.places.size()),
-      producers(net.places.size()),
-      consumers(net.places.size()) {
+    : watched_(net.places.size()),
+      gone_(net.places.size()),
+      producers_(net.places.size()),
+      consumers_(net.places.size()) {
+  macros.resize(net.transitions.size());
   for (const Place& place : net.places) tokens.push_back(place.tokens);
   for (const Transition& transition : net.transitions) {
     AddTransition({.inputs = Sorted(transition.inputs),
                    .outputs = Sorted(transition.outputs),
                    .inhibitors = Sorted(transition.inhibitors),
                    .macro = TransitionCount()});
-    for (const Arc& arc : transition.inhibitors) watched[static_cast<size_t>(arc.place)] = true;
+    for (const Arc& arc : transition.inhibitors) watched_[static_cast<size_t>(arc.place)] = true;
   }
 }
 
 void MutableNet::AddTransition(MutableTransition transition) {
   const int32_t number = TransitionCount();
   for (const PlaceTokens& arc : transition.inputs) {
-    consumers[static_cast<size_t>(arc.place)].push_back(number);
+    consumers_[static_cast<size_t>(arc.place)].push_back(number);
   }
   for (const PlaceTokens& arc : transition.outputs) {
-    producers[static_cast<size_t>(arc.place)].push_back(number);
+    producers_[static_cast<size_t>(arc.place)].push_back(number);
   }
   transitions.push_back(std::move(transition));
 }
@@ -65,10 +65,10 @@ void MutableNet::AddTransition(MutableTransition transition) {
 void MutableNet::RemoveTransition(int32_t transition) {
   MutableTransition& removed = transitions[static_cast<size_t>(transition)];
   for (const PlaceTokens& arc : removed.inputs) {
-    EraseItem(consumers[static_cast<size_t>(arc.place)], transition);
+    EraseItem(consumers_[static_cast<size_t>(arc.place)], transition);
   }
   for (const PlaceTokens& arc : removed.outputs) {
-    EraseItem(producers[static_cast<size_t>(arc.place)], transition);
+    EraseItem(producers_[static_cast<size_t>(arc.place)], transition);
   }
   removed = {.gone = true};
 }
@@ -76,9 +76,9 @@ void MutableNet::RemoveTransition(int32_t transition) {
 void MutableNet::RemovePlace(int32_t place) {
   for (const int32_t t : Consumers(place)) EraseArc(transitions[static_cast<size_t>(t)].inputs, place);
   for (const int32_t t : Producers(place)) EraseArc(transitions[static_cast<size_t>(t)].outputs, place);
-  consumers[static_cast<size_t>(place)].clear();
-  producers[static_cast<size_t>(place)].clear();
-  gone[static_cast<size_t>(place)] = true;
+  consumers_[static_cast<size_t>(place)].clear();
+  producers_[static_cast<size_t>(place)].clear();
+  gone_[static_cast<size_t>(place)] = true;
 }
 
 void MutableNet::MakeTest(int32_t transition) {
@@ -105,9 +105,9 @@ bool MutableNet::Consistent() const {
     return a == b;
   };
   for (size_t p = 0; p < tokens.size(); ++p) {
-    if (gone[p] && (watched[p] || !taken[p].empty() || !given[p].empty())) return false;
+    if (gone_[p] && (watched_[p] || !taken[p].empty() || !given[p].empty())) return false;
   }
-  return same(taken, consumers) && same(given, producers);
+  return same(taken, consumers_) && same(given, producers_);
 }
 
 }  // namespace siphons

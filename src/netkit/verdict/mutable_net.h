@@ -38,7 +38,17 @@ struct LateFiring {
   int32_t macro = 0;
 };
 
-class MutableNet {
+/// What the rules read and write directly.
+struct ReductionState {
+  std::vector<MutableTransition> transitions;
+  std::vector<int64_t> tokens;                 ///< by place, initially
+  std::vector<std::vector<MacroPart>> macros;  ///< empty for original transitions
+  std::vector<MacroPart> early;                ///< fired before everything else, in this order
+  std::vector<std::vector<LateFiring>> late;   ///< groups fired as long as possible, the last one first
+  bool neverDead = false;                      ///< a rule saw that no dead marking can be reached
+};
+
+class MutableNet : public ReductionState {
  public:
   /// The net has neither enabling functions nor marking-dependent arcs.
   explicit MutableNet(const PetriNet& net);
@@ -49,11 +59,15 @@ class MutableNet {
     return transitions[static_cast<size_t>(transition)];
   }
   int64_t Tokens(int32_t place) const { return tokens[static_cast<size_t>(place)]; }
-  bool Watched(int32_t place) const { return watched[static_cast<size_t>(place)]; }
-  bool Gone(int32_t place) const { return gone[static_cast<size_t>(place)]; }
+  bool Watched(int32_t place) const { return watched_[static_cast<size_t>(place)]; }
+  bool Gone(int32_t place) const { return gone_[static_cast<size_t>(place)]; }
   /// Transitions with an output arc to the place, and with an input arc from it, in no particular order.
-  const std::vector<int32_t>& Producers(int32_t place) const { return producers[static_cast<size_t>(place)]; }
-  const std::vector<int32_t>& Consumers(int32_t place) const { return consumers[static_cast<size_t>(place)]; }
+  const std::vector<int32_t>& Producers(int32_t place) const {
+    return producers_[static_cast<size_t>(place)];
+  }
+  const std::vector<int32_t>& Consumers(int32_t place) const {
+    return consumers_[static_cast<size_t>(place)];
+  }
 
   void AddTransition(MutableTransition transition);
   void RemoveTransition(int32_t transition);
@@ -66,16 +80,9 @@ class MutableNet {
   /// Whether the lists by place are those of the transitions' arcs.
   bool Consistent() const;
 
-  std::vector<MutableTransition> transitions;
-  std::vector<int64_t> tokens;                 ///< by place, initially
-  std::vector<std::vector<MacroPart>> macros;  ///< empty for original transitions
-  std::vector<MacroPart> early;                ///< fired before everything else, in this order
-  std::vector<std::vector<LateFiring>> late;   ///< groups fired as long as possible, the last one first
-  bool neverDead = false;                      ///< a rule saw that no dead marking can be reached
-
  private:
-  std::vector<bool> watched, gone;
-  std::vector<std::vector<int32_t>> producers, consumers;
+  std::vector<bool> watched_, gone_;
+  std::vector<std::vector<int32_t>> producers_, consumers_;
 };
 
 }  // namespace siphons
