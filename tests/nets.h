@@ -47,12 +47,12 @@ struct RandomFeatures {
 inline PetriNet RandomNet(std::mt19937& random, const RandomFeatures& features) {
   const auto below = [&random](uint32_t n) { return static_cast<int32_t>(random() % n); };
   PetriNet net;
-  net.places.resize(static_cast<size_t>(2 + below(5)));
+  net.places.resize(2 + static_cast<size_t>(below(5)));
   for (size_t p = 0; p < net.places.size(); ++p) {
     net.places[p].name = "p" + std::to_string(p);
     net.places[p].tokens = std::max(0, below(4) - 1);
   }
-  net.transitions.resize(static_cast<size_t>(1 + below(7)));
+  net.transitions.resize(1 + static_cast<size_t>(below(7)));
   const auto arcs = [&](std::vector<Arc>& list, uint32_t most, bool weighted) {
     for (int32_t count = below(most); count > 0; --count) {
       Arc arc;
@@ -99,10 +99,9 @@ inline Listing ListMarkings(const PetriNet& net, size_t most) {
     for (const Arc& arc : t.inputs) {
       if (!arc.markingDependent && m[static_cast<size_t>(arc.place)] < arc.weight) return false;
     }
-    for (const Arc& arc : t.inhibitors) {
-      if (!arc.markingDependent && m[static_cast<size_t>(arc.place)] >= arc.weight) return false;
-    }
-    return true;
+    return std::none_of(t.inhibitors.begin(), t.inhibitors.end(), [&m](const Arc& arc) {
+      return !arc.markingDependent && m[static_cast<size_t>(arc.place)] >= arc.weight;
+    });
   };
   const auto rank = [](const Transition& t) {
     return t.kind == TransitionKind::kImmediate ? 1 + t.priority : 0;

@@ -138,20 +138,20 @@ TEST(Pictures, SvgShowsWhatTheNetHas) {
   options.highlights = {{"siphon-1", {0}}, {"siphon-2", {0, 1}}};
   options.monitors = {false, false, true};
   const std::string svg = SvgOf(net, DrawingByPositions(net), options);
-  ExpectParts(svg,
-              {"<g class=\"place marked siphon siphon-1 siphon-2\" id=\"p0\"><title>from: 3 tokens</title>",
-               "<g class=\"place siphon siphon-2\" id=\"p1\"><title>&lt;to&gt;: 0 tokens</title>",
-               "<g class=\"place marked monitor\" id=\"p2\">",
-               "<g class=\"transition exponential drains\" id=\"t0\">", ">12</text>", ">2</text></g>",
-               ">7</text></g>"});
-  const std::pair<const char*, size_t> counts[] = {{"r=\"2.8\"", 3},  // dots; twelve tokens are a number
-                                                   {"class=\"arc input\"", 2},
-                                                   {"class=\"arc output\"", 2},
-                                                   {"class=\"arc inhibitor\"", 1},
-                                                   {"r=\"3.5\"", 1},
+  ExpectParts(
+      svg,
+      {R"(<g class="place marked siphon siphon-1 siphon-2" id="p0"><title>from: 3 tokens</title>)",
+       R"(<g class="place siphon siphon-2" id="p1"><title>&lt;to&gt;: 0 tokens</title>)",
+       R"(<g class="place marked monitor" id="p2">)", R"(<g class="transition exponential drains" id="t0">)",
+       ">12</text>", ">2</text></g>", ">7</text></g>"});
+  const std::pair<const char*, size_t> counts[] = {{R"(r="2.8")", 3},  // dots; twelve tokens are a number
+                                                   {R"(class="arc input")", 2},
+                                                   {R"(class="arc output")", 2},
+                                                   {R"(class="arc inhibitor")", 1},
+                                                   {R"(r="3.5")", 1},
                                                    {"url(#arrow)", 4},
                                                    {"<script", 0},
-                                                   {"style=\"", 0}};
+                                                   {R"(style=")", 0}};
   for (const auto& [part, count] : counts) EXPECT_EQ(CountOf(part, svg), count) << part;
 }
 
@@ -159,8 +159,8 @@ TEST(Pictures, DotQuotesNames) {
   PetriNet net = SmallNet();
   net.places[0].name = "a\"b\\n";
   ExpectParts(DotOf(net, {{{"siphon-1", {0}}}, {}}),
-              {"xlabel=\"a\\\"b\\\\n\", style=filled", "p0 -> t0 [label=\"2\"];", "t0 -> p1;",
-               "p1 -> t0 [arrowhead=odot, label=\"7\"];"});
+              {R"(xlabel="a\"b\\n", style=filled)", R"(p0 -> t0 [label="2"];)", "t0 -> p1;",
+               R"(p1 -> t0 [arrowhead=odot, label="7"];)"});
 }
 
 TEST(Pictures, LayoutPlacesEveryNodeOnItsOwn) {
