@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "netkit/verdict/agglomeration.h"
 #include "netkit/verdict/firing_net.h"
 #include "netkit/verdict/marking_store.h"
 #include "netkit/verdict/reduced_net.h"
@@ -174,6 +175,17 @@ void CompareReductions(const RandomFeatures& features, uint32_t seed, int nets) 
 TEST(ReducedNet, BlocksWhereTheNetBlocks) {
   CompareReductions({.weights = false, .inhibitors = false, .priorities = false}, 5, 400);
   CompareReductions({.priorities = false}, 6, 400);
+}
+
+TEST(ReducedNet, WaitsOnlyForWhatNoOtherTakes) {
+  // t0 may wait for t1, unless another transition takes from p0 meanwhile.
+  PetriNet net =
+      MakeNet({1, 0, 0, 1}, {MakeTransition({{0, 1}}, {{1, 1}}), MakeTransition({{1, 1}, {3, 1}}, {{2, 1}})});
+  MutableNet alone(net);
+  EXPECT_TRUE(AgglomerateBefore(alone, 1));
+  net.transitions.push_back(MakeTransition({{0, 1}}, {{2, 1}}));
+  MutableNet shared(net);
+  EXPECT_FALSE(AgglomerateBefore(shared, 1));
 }
 
 TEST(ReducedNet, UnfoldsWhatItJoined) {
