@@ -158,6 +158,12 @@ PnmlBuilder::Node* PnmlBuilder::Declare(pugi::xml_node element, NodeKind kind) {
     Error(element, "the element " + Quoted(element.name()) + " has no id; give it one");
     return nullptr;
   }
+  if (AsName(id) != id) {  // it may have to serve as the name
+    Error(element, "the id " + Quoted(id) +
+                       " has blanks around it, next to each other, or that end a line; "
+                       "correct it");
+    return nullptr;
+  }
   const auto [at, isNew] = nodes_.try_emplace(id);
   if (!isNew) {
     Error(element, "the id " + Quoted(id) + " is taken in line " + std::to_string(at->second.where.line) +
