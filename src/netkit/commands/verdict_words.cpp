@@ -33,6 +33,8 @@ std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
   switch (verdict.ground) {
     case Ground::kNone:
       break;
+    case Ground::kNothingAsked:
+      return "some transition asks for nothing and can always fire";
     case Ground::kTraps:
       if (verdict.reduced) return "marked traps leave no marking that holds every transition up";
       if (verdict.traps.empty()) return "no marking holds every transition up";

@@ -125,7 +125,7 @@ class Decision {
 
   Verdict Run() {
     if (std::any_of(net_.transitions.begin(), net_.transitions.end(), AlwaysAllowed)) {
-      Free(Ground::kTraps);
+      Free(Ground::kNothingAsked);
       return std::move(verdict_);
     }
     int64_t factor = 1;

@@ -28,6 +28,7 @@ enum class Finding { kDeadlockFree, kDeadlock, kUndecided };
 /// What the finding rests on.
 enum class Ground {
   kNone,
+  kNothingAsked,   ///< some transition asks for nothing at all
   kTraps,          ///< marked traps alone; Commoner's condition, in an ordinary net
   kEquation,       ///< the state equation over the rationals, with the traps
   kWholeEquation,  ///< the same with whole numbers
