@@ -2,7 +2,6 @@
 //
 // The verdict itself is made in netkit/verdict; here it is put into words. The first line says all; what
 // follows are reasons, cut after the first few where there are many: JSON and --trace have the rest.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -166,24 +165,24 @@ Answer AnswerAbout(const PetriNet& net, const CheckOptions& options, RunControl&
 
 }  // namespace
 
-void AddCheck(CLI::App& app, int32_t& status) {
+void AddCheck(const Command& app) {
   const auto options = std::make_shared<CheckOptions>();
-  CLI::App* const command = AddLongQuestion(
+  const Command command = AddLongQuestion(
       app, "check", "Tell whether a net can block: a proof, or the way into a deadlock", *options);
   command
-      ->add_option("--trace", options->trace,
-                   "write the sequence into the deadlock to FILE, a transition a line; one NET only")
-      ->type_name("FILE");
-  command->footer(
+      .AddOption("--trace", &options->trace,
+                 "write the sequence into the deadlock to FILE, a transition a line; one NET only")
+      .ValueName("FILE");
+  command.SetFooter(
       "Exit status: 0 deadlock-free, 10 deadlock, 11 undecided; 1 a net cannot be read or an answer not be "
       "written, 2 wrong usage, 255 out of memory. With several nets, the greatest.");
-  command->callback([options, &status] {
+  command.SetAction([options] {
     if (!options->trace.empty() && options->nets.size() > 1) {
-      throw CLI::ValidationError("--trace", "takes one NET only");
+      throw WrongUsage{"--trace: takes one NET only"};
     }
-    status = AnswerEach(
-        *options, "markings and firings",
-        [&options](const PetriNet& net, RunControl& control) { return AnswerAbout(net, *options, control); });
+    return AnswerEach(*options, "markings and firings", [&options](const PetriNet& net, RunControl& control) {
+      return AnswerAbout(net, *options, control);
+    });
   });
 }
 

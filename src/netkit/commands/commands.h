@@ -1,28 +1,24 @@
 // The subcommands of netkit. Each file adds its own to the command line: its options, its description, and
-// what runs when it is called, which leaves the exit status in `status`.
+// what runs when it is called.
 #pragma once
 
-#include <cstdint>
-
-namespace CLI {
-class App;
-}
+#include "netkit/commands/command_line.h"
 
 namespace siphons {
 
-void AddMinimalSets(CLI::App& app, bool traps, int32_t& status);
-void AddCheck(CLI::App& app, int32_t& status);
-void AddMonitors(CLI::App& app, int32_t& status);
-void AddInfo(CLI::App& app, int32_t& status);
-void AddLint(CLI::App& app, int32_t& status);
-void AddConvert(CLI::App& app, int32_t& status);
-void AddDraw(CLI::App& app, int32_t& status);
+void AddMinimalSets(const Command& app, bool traps);
+void AddCheck(const Command& app);
+void AddMonitors(const Command& app);
+void AddInfo(const Command& app);
+void AddLint(const Command& app);
+void AddConvert(const Command& app);
+void AddDraw(const Command& app);
 
 /// list, structure and pmf, which show the tables of the report program and read a net with its loader.
-void AddTables(CLI::App& app, int32_t& status);
+void AddTables(const Command& app);
 
 /// completion and manual, which describe all of `app` to a shell and to a reader.
-void AddCompletion(CLI::App& app, int32_t& status);
-void AddManual(CLI::App& app, int32_t& status);
+void AddCompletion(const Command& app);
+void AddManual(const Command& app);
 
 }  // namespace siphons

@@ -1,20 +1,24 @@
 // netkit completion SHELL: the script that lets bash, zsh or fish complete netkit's command line. It is made
 // from the description of the command line that also parses it, so a new option is completed from its first
 // day.
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/exit_status.h"
 #include "netkit/commands/answers.h"
+#include "netkit/commands/command_line.h"
 #include "netkit/commands/commands.h"
-#include "netkit/commands/described_options.h"
 
 namespace siphons {
 
 namespace {
 
-bool TakesNets(const CLI::App& command) {
-  return command.get_option_no_throw("NET") != nullptr;
+bool TakesNets(const Command& command) {
+  const std::vector<DescribedOption> options = command.Options();
+  return std::any_of(options.begin(), options.end(),
+                     [](const auto& option) { return option.value == "NET"; });
 }
 
 std::string Joined(const std::vector<std::string>& words, const char* between) {
@@ -37,14 +41,14 @@ std::string Quoted(const std::string& text, const std::string& special = "") {
   return "'" + Escaped(text, special) + "'";
 }
 
-std::string Bash(const CLI::App& app) {
+std::string Bash(const Command& app) {
   std::vector<std::string> names;
   std::string options, files, others, nets;
-  for (const CLI::App* command : CommandsOf(app)) {
-    const std::string& name = command->get_name();
+  for (const Command& command : app.Subcommands()) {
+    const std::string name = command.Name();
     names.push_back(name);
     std::vector<std::string> words;
-    for (const DescribedOption& option : OptionsOf(*command)) {
+    for (const DescribedOption& option : command.Options()) {
       for (const std::string& word : option.names) {
         words.push_back(word);
         if (option.value.empty()) continue;
@@ -52,7 +56,7 @@ std::string Bash(const CLI::App& app) {
       }
     }
     options += "    " + name + ") options=" + Quoted(Joined(words, " ")) + " ;;\n";
-    if (TakesNets(*command)) nets += "|" + name;
+    if (TakesNets(command)) nets += "|" + name;
   }
   const auto arm = [](const std::string& patterns, const std::string& action) {
     return patterns.empty() ? "" : "    " + patterns.substr(1) + ") " + action + " ;;\n";
@@ -85,12 +89,12 @@ std::string Bash(const CLI::App& app) {
          "complete -o filenames -F _netkit netkit\n";
 }
 
-std::string Zsh(const CLI::App& app) {
+std::string Zsh(const Command& app) {
   std::string names, arms;
-  for (const CLI::App* command : CommandsOf(app)) {
-    names += "    " + Quoted(command->get_name() + ":" + command->get_description()) + "\n";
-    arms += "    " + command->get_name() + ") _arguments -s";
-    for (const DescribedOption& option : OptionsOf(*command)) {
+  for (const Command& command : app.Subcommands()) {
+    names += "    " + Quoted(command.Name() + ":" + command.Description()) + "\n";
+    arms += "    " + command.Name() + ") _arguments -s";
+    for (const DescribedOption& option : command.Options()) {
       for (const std::string& word : option.names) {
         const std::string value = option.value.empty()     ? ""
                                   : option.value == "FILE" ? ":file:_files"
@@ -98,7 +102,7 @@ std::string Zsh(const CLI::App& app) {
         arms += " \\\n      '" + word + "[" + Escaped(option.description, "[]:\\") + "]" + value + "'";
       }
     }
-    if (TakesNets(*command)) arms += " \\\n      '*:net:_files -g \"*.(PD|pnml|pnml.gz)\"'";
+    if (TakesNets(command)) arms += " \\\n      '*:net:_files -g \"*.(PD|pnml|pnml.gz)\"'";
     arms += " ;;\n";
   }
   return "#compdef netkit\n"
@@ -119,15 +123,15 @@ std::string Zsh(const CLI::App& app) {
          "_netkit \"$@\"\n";
 }
 
-std::string Fish(const CLI::App& app) {
+std::string Fish(const Command& app) {
   std::string text = "complete -c netkit -f\n";
   const std::string backslash = "\\";
-  for (const CLI::App* command : CommandsOf(app)) {
-    const std::string& name = command->get_name();
+  for (const Command& command : app.Subcommands()) {
+    const std::string name = command.Name();
     const std::string within = "complete -c netkit -n '__fish_seen_subcommand_from " + name + "'";
     text += "complete -c netkit -n __fish_use_subcommand -a " + name + " -d " +
-            Quoted(command->get_description(), backslash) + "\n";
-    for (const DescribedOption& option : OptionsOf(*command)) {
+            Quoted(command.Description(), backslash) + "\n";
+    for (const DescribedOption& option : command.Options()) {
       if (option.names.empty()) continue;
       text += within;
       for (const std::string& word : option.names) {
@@ -136,7 +140,7 @@ std::string Fish(const CLI::App& app) {
       if (!option.value.empty()) text += option.value == "FILE" ? " -r -F" : " -x";
       text += " -d " + Quoted(option.description, backslash) + "\n";
     }
-    if (TakesNets(*command)) {
+    if (TakesNets(command)) {
       for (const char* kind : {"PD", "pnml", "pnml.gz"}) {
         text += within + " -a '(__fish_complete_suffix ." + kind + ")'\n";
       }
@@ -147,15 +151,14 @@ std::string Fish(const CLI::App& app) {
 
 }  // namespace
 
-void AddCompletion(CLI::App& app, int32_t&) {
+void AddCompletion(const Command& app) {
   const auto shell = std::make_shared<std::string>();
-  CLI::App* const command =
-      app.add_subcommand("completion", "Write the script that completes netkit's command line in a shell");
-  command->add_option("SHELL", *shell, "bash, zsh or fish")
-      ->required()
-      ->check(CLI::IsMember({"bash", "zsh", "fish"}));
-  command->callback([&app, shell] {
+  const Command command =
+      app.AddSubcommand("completion", "Write the script that completes netkit's command line in a shell");
+  command.AddOption("SHELL", shell.get(), "bash, zsh or fish").Required().OneOf({"bash", "zsh", "fish"});
+  command.SetAction([app, shell] {
     WriteAnswer("", *shell == "bash" ? Bash(app) : *shell == "zsh" ? Zsh(app) : Fish(app));
+    return kComplete;
   });
 }
 

@@ -3,7 +3,6 @@
 // The page lists the minimal siphons, ten thousand at most, what may become of them where they are a thousand
 // at most, and whether the net can block. All of it may take its time; a limit ends it early, and the page
 // then says what it leaves out.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -154,37 +153,35 @@ std::string FaultOfPictureFile(const std::string& file) {
 
 }  // namespace
 
-void AddDraw(CLI::App& app, int32_t& status) {
+void AddDraw(const Command& app) {
   const auto options = std::make_shared<DrawOptions>();
-  CLI::App* const command = app.add_subcommand("draw", "Draw the net");
+  const Command command = app.AddSubcommand("draw", "Draw the net");
   options->nets.resize(1);
-  command->add_option("NET", options->nets[0], "file (.PD, .pnml), - for standard input, or a bare name")
-      ->required();
+  command.AddOption("NET", &options->nets[0], "file (.PD, .pnml), - for standard input, or a bare name")
+      .Required();
   command
-      ->add_option(
-          "-o,--output", options->output,
+      .AddOption(
+          "-o,--output", &options->output,
           "the picture: FILE.svg, FILE.dot for Graphviz, or FILE.html, a page with the list of minimal "
           "siphons and the way into a deadlock")
-      ->required()
-      ->check(FaultOfPictureFile)
-      ->type_name("FILE");
+      .Required()
+      .Check(FaultOfPictureFile)
+      .ValueName("FILE");
   command
-      ->add_option("--siphon", options->siphon,
-                   "fill the places of minimal siphon N, as netkit siphons numbers them")
-      ->check(FaultOfCount)
-      ->type_name("N");
-  command->add_option("--places", options->places, "fill these places")
-      ->delimiter(',')
-      ->type_name("NAME,...");
-  command->add_flag("--layout", options->layout, "lay the net out anew, whatever positions its file has");
-  command->add_option("--timeout", options->timeout, "stop looking for siphons and deadlocks after this time")
-      ->check(FaultOfDuration)
-      ->type_name("SECONDS");
-  command->footer(
+      .AddOption("--siphon", &options->siphon,
+                 "fill the places of minimal siphon N, as netkit siphons numbers them")
+      .Check(FaultOfCount)
+      .ValueName("N");
+  command.AddOption("--places", &options->places, "fill these places").SeparatedBy(',').ValueName("NAME,...");
+  command.AddFlag("--layout", options->layout, "lay the net out anew, whatever positions its file has");
+  command.AddOption("--timeout", &options->timeout, "stop looking for siphons and deadlocks after this time")
+      .Check(FaultOfDuration)
+      .ValueName("SECONDS");
+  command.SetFooter(
       "Exit status: 0 drawn, 1 the net cannot be read or the picture not be written, 2 wrong usage, "
       "255 out of memory.");
-  command->callback([options, &status] {
-    status = AnswerEach(*options, "siphons", [&options](const PetriNet& net, RunControl& control) {
+  command.SetAction([options] {
+    return AnswerEach(*options, "siphons", [&options](const PetriNet& net, RunControl& control) {
       return Draw(net, *options, control);
     });
   });

@@ -1,5 +1,4 @@
 // netkit info: what kind of net a net is, and how many tokens its places can have.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -134,15 +133,15 @@ class Info {
 
 }  // namespace
 
-void AddInfo(CLI::App& app, int32_t& status) {
+void AddInfo(const Command& app) {
   const auto options = std::make_shared<QuestionOptions>();
-  CLI::App* const command =
+  const Command command =
       AddLongQuestion(app, "info", "Tell what kind of net a net is, and the bounds of its places", *options);
-  command->footer(
+  command.SetFooter(
       "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
       "3 stopped at a limit or interrupted before all bounds were known, 255 out of memory.");
-  command->callback([options, &status] {
-    status = AnswerEach(*options, "places", [](const PetriNet& net, RunControl& control) -> Answer {
+  command.SetAction([options] {
+    return AnswerEach(*options, "places", [](const PetriNet& net, RunControl& control) -> Answer {
       const Info info(net, control);
       return {info.Text(), info.ToJson(), info.Complete() ? kComplete : kIncomplete};
     });

@@ -1,5 +1,4 @@
 // netkit lint: everything that is wrong with a net file, and what looks as if it were not meant.
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <limits>
 #include <memory>
@@ -109,12 +108,12 @@ Answer Lint(const std::string&, NetReading& reading) {
 
 }  // namespace
 
-void AddLint(CLI::App& app, int32_t& status) {
+void AddLint(const Command& app) {
   const auto options = std::make_shared<QuestionOptions>();
-  CLI::App* const command = AddQuestion(
+  const Command command = AddQuestion(
       app, "lint", "Tell everything that is wrong with a net file, and what looks unmeant", *options);
-  command->footer("Exit status: 0 no errors, 1 errors, 2 wrong usage, 255 out of memory.");
-  command->callback([options, &status] { status = AnswerReadings(*options, Lint); });
+  command.SetFooter("Exit status: 0 no errors, 1 errors, 2 wrong usage, 255 out of memory.");
+  command.SetAction([options] { return AnswerReadings(*options, Lint); });
 }
 
 }  // namespace siphons

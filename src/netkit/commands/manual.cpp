@@ -1,9 +1,10 @@
 // netkit manual: the part of netkit's man page that lists subcommands and options, in mdoc. It is made from
 // the description of the command line that also parses it, so the page cannot lack an option; what needs more
 // words than --help has stands in docs/man/netkit.1.in, into which the build puts this part.
+#include "base/exit_status.h"
 #include "netkit/commands/answers.h"
+#include "netkit/commands/command_line.h"
 #include "netkit/commands/commands.h"
-#include "netkit/commands/described_options.h"
 
 namespace siphons {
 
@@ -34,25 +35,28 @@ std::string ItemOf(const DescribedOption& option) {
   return item;
 }
 
-std::string Manual(const CLI::App& app) {
+std::string Manual(const Command& app) {
   std::string text = ".Sh SUBCOMMANDS\n";
-  for (const CLI::App* command : CommandsOf(app)) {
-    text += ".Ss " + command->get_name() + "\n" + Sentences(command->get_description());
+  for (const Command& command : app.Subcommands()) {
+    text += ".Ss " + command.Name() + "\n" + Sentences(command.Description());
     text += ".Bl -tag -width Ds\n";
-    for (const DescribedOption& option : OptionsOf(*command)) {
+    for (const DescribedOption& option : command.Options()) {
       text += ".It " + ItemOf(option) + "\n" + Sentences(option.description);
     }
     text += ".El\n";
-    if (!command->get_footer().empty()) text += ".Pp\n" + Sentences(command->get_footer());
+    if (!command.Footer().empty()) text += ".Pp\n" + Sentences(command.Footer());
   }
   return text;
 }
 
 }  // namespace
 
-void AddManual(CLI::App& app, int32_t&) {
-  app.add_subcommand("manual", "Write the part of this man page that lists subcommands and options")
-      ->callback([&app] { WriteAnswer("", Manual(app)); });
+void AddManual(const Command& app) {
+  app.AddSubcommand("manual", "Write the part of this man page that lists subcommands and options")
+      .SetAction([app] {
+        WriteAnswer("", Manual(app));
+        return kComplete;
+      });
 }
 
 }  // namespace siphons

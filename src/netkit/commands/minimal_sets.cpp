@@ -1,5 +1,4 @@
 // netkit siphons and netkit traps: the minimal ones, ordered by number of places and then by place numbers.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -224,39 +223,39 @@ Answer AnswerAbout(const PetriNet& net, const EnumerationOptions& options, RunCo
 
 }  // namespace
 
-void AddMinimalSets(CLI::App& app, bool traps, int32_t& status) {
+void AddMinimalSets(const Command& app, bool traps) {
   const auto options = std::make_shared<EnumerationOptions>();
   options->traps = traps;
-  CLI::App* const command =
+  const Command command =
       AddLongQuestion(app, traps ? "traps" : "siphons",
                       traps ? "List all minimal traps" : "List all minimal siphons", *options);
-  command->add_flag("--unmarked", options->unmarked, "only those whose places are all unmarked initially");
-  command->add_option("--containing", options->containing, "only those that contain PLACE; may be repeated")
-      ->type_name("PLACE")
-      ->allow_extra_args(false);
-  command->add_option("--max", options->max, "stop after N")->check(FaultOfCount)->type_name("N");
-  command->add_flag("--smallest", options->smallest, "the N with the fewest places; with --max N")
-      ->needs("--max");
-  command->add_flag("--count", options->count, "only say how many there are");
+  command.AddFlag("--unmarked", options->unmarked, "only those whose places are all unmarked initially");
+  command.AddOption("--containing", &options->containing, "only those that contain PLACE; may be repeated")
+      .ValueName("PLACE")
+      .OneArgument();
+  command.AddOption("--max", &options->max, "stop after N").Check(FaultOfCount).ValueName("N");
+  command.AddFlag("--smallest", options->smallest, "the N with the fewest places; with --max N")
+      .Needs("--max");
+  command.AddFlag("--count", options->count, "only say how many there are");
   command
-      ->add_flag("--stream", options->stream,
-                 "write each as it is found, in no particular order, and the number last")
-      ->excludes("--smallest", "--count", "--output");
-  command->add_option("--jobs", options->jobs, "search with N threads; the answer stays the same")
-      ->check(FaultOfJobs)
-      ->type_name("N");
+      .AddFlag("--stream", options->stream,
+               "write each as it is found, in no particular order, and the number last")
+      .Excludes({"--smallest", "--count", "--output"});
+  command.AddOption("--jobs", &options->jobs, "search with N threads; the answer stays the same")
+      .Check(FaultOfJobs)
+      .ValueName("N");
   command
-      ->add_option("--part", options->share,
-                   "only the share K of N, for as many machines; the shares together are the answer")
-      ->check(FaultOfShare)
-      ->type_name("K/N");
-  if (!traps) AddStatusOptions(*command, options->status);  // a trap has no such status
-  command->footer(
+      .AddOption("--part", &options->share,
+                 "only the share K of N, for as many machines; the shares together are the answer")
+      .Check(FaultOfShare)
+      .ValueName("K/N");
+  if (!traps) AddStatusOptions(command, options->status);  // a trap has no such status
+  command.SetFooter(
       "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
       "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
-  command->callback([options, &status] {
-    if (options->stream && options->nets.size() > 1) throw CLI::ValidationError("--stream", "takes one NET");
-    status = AnswerEach(*options, options->Kind(), [&options](const PetriNet& net, RunControl& control) {
+  command.SetAction([options] {
+    if (options->stream && options->nets.size() > 1) throw WrongUsage{"--stream: takes one NET"};
+    return AnswerEach(*options, options->Kind(), [&options](const PetriNet& net, RunControl& control) {
       return AnswerAbout(net, *options, control);
     });
   });

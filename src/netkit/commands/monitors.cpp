@@ -1,5 +1,4 @@
 // netkit monitors: the places that keep a net from blocking, and the verdict on the net with them.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -135,39 +134,39 @@ Answer AnswerAbout(const PetriNet& net, const MonitorQuestion& question, RunCont
 
 }  // namespace
 
-void AddMonitors(CLI::App& app, int32_t& status) {
+void AddMonitors(const Command& app) {
   const auto question = std::make_shared<MonitorQuestion>();
-  CLI::App* const command = app.add_subcommand("monitors", "Find places that keep a net from blocking");
-  AddNets(*command, *question);
+  const Command command = app.AddSubcommand("monitors", "Find places that keep a net from blocking");
+  AddNets(command, *question);
   command
-      ->add_option(
-          "-o,--output", question->newNet,
+      .AddOption(
+          "-o,--output", &question->newNet,
           "write the net with the monitors to FILE (.PD, .pnml, .pnml.gz), proved or not; one NET only")
-      ->type_name("FILE");
+      .ValueName("FILE");
   command
-      ->add_option("--uncontrollable", question->uncontrollable,
-                   "transitions that no monitor may hold up, separated by commas")
-      ->type_name("NAME,...")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_option("--max", question->most, "add at most N monitors (100)")
-      ->check(FaultOfCount)
-      ->type_name("N");
-  AddCommonFlags(*command, *question);
-  AddTimeout(*command, *question);
-  command->footer(
+      .AddOption("--uncontrollable", &question->uncontrollable,
+                 "transitions that no monitor may hold up, separated by commas")
+      .ValueName("NAME,...")
+      .SeparatedBy(',')
+      .OneArgument();
+  command.AddOption("--max", &question->most, "add at most N monitors (100)")
+      .Check(FaultOfCount)
+      .ValueName("N");
+  AddCommonFlags(command, *question);
+  AddTimeout(command, *question);
+  command.SetFooter(
       "A monitor is a place that holds what a weighted sum of tokens has beyond a bound, so that the sum "
       "cannot fall below it. Transitions with priority over others are never held up.\n"
       "Exit status, of the net with monitors: 0 deadlock-free, 10 deadlock, 11 undecided; 1 a net cannot be "
       "read or not be written, 2 wrong usage, 255 out of memory. With several nets, the greatest.");
-  command->callback([question, &status] {
+  command.SetAction([question] {
     if (!question->newNet.empty() && question->nets.size() > 1) {
-      throw CLI::ValidationError("--output", "takes one NET only");
+      throw WrongUsage{"--output: takes one NET only"};
     }
-    status =
-        AnswerEach(*question, "markings and firings", [&question](const PetriNet& net, RunControl& control) {
-          return AnswerAbout(net, *question, control);
-        });
+    return AnswerEach(*question, "markings and firings",
+                      [&question](const PetriNet& net, RunControl& control) {
+                        return AnswerAbout(net, *question, control);
+                      });
   });
 }
 

@@ -1,6 +1,5 @@
 // netkit: the question behind the siphons of a net, answered. Here are the command line as a whole and what
 // all of it has in common; each subcommand has a file of its own.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <new>
@@ -12,6 +11,7 @@
 #include "base/out_of_memory.h"
 #include "base/output_file.h"
 #include "netkit/commands/answers.h"
+#include "netkit/commands/command_line.h"
 #include "netkit/commands/commands.h"
 #include "netkit/formats/near_names.h"
 
@@ -19,17 +19,16 @@ namespace {
 
 using namespace siphons;
 
-/// Runs before all other code of the program: the command line library asks for memory before main does, in
-/// every file that includes it.
+/// Runs before all other code of the program: the command line library asks for memory before main does.
 [[gnu::constructor(101)]] void HandleShortage() {
   std::set_new_handler([] { OutOfMemory(); });
 }
 
 /// What is wrong with the first argument as a subcommand, or an empty text.
-std::string FaultOfSubcommand(const CLI::App& app, const std::vector<std::string>& arguments) {
+std::string FaultOfSubcommand(const Command& app, const std::vector<std::string>& arguments) {
   if (arguments.empty() || arguments[0].starts_with("-")) return "";
   std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands(nullptr)) names.push_back(command->get_name());
+  for (const Command& command : app.Subcommands()) names.push_back(command.Name());
   if (std::find(names.begin(), names.end(), arguments[0]) != names.end()) return "";
   return "no subcommand " + Quoted(arguments[0]) +
          DidYouMean(arguments[0], {names.begin(), names.end()}, "; netkit --help lists them");
@@ -50,19 +49,18 @@ int32_t TellUsage(const std::string& fault, const std::vector<std::string>& argu
 // What escapes is an option that is described wrongly here.
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   IgnoreFileSizeSignal();
-  CLI::App app(
+  CommandLine line(
+      "netkit",
       "Minimal siphons and traps, deadlocks, and the structure of stochastic Petri nets.\n"
       "A NET is a file (.PD, .pnml, .pnml.gz), - for standard input, or a bare name: NET.PD in the directory "
       "that the "
       "environment variable MODELDIR names, or in the current one.",
-      "netkit");
-  app.set_version_flag("--version", "netkit " NETKIT_VERSION);
-  app.require_subcommand(1);
-  int32_t status = kComplete;
-  for (const bool traps : {false, true}) AddMinimalSets(app, traps, status);
+      "netkit " NETKIT_VERSION);
+  const Command app = line.Root();
+  for (const bool traps : {false, true}) AddMinimalSets(app, traps);
   for (const auto add :
        {AddCheck, AddMonitors, AddDraw, AddInfo, AddLint, AddConvert, AddTables, AddCompletion, AddManual}) {
-    add(app, status);
+    add(app);
   }
 
   const std::vector<std::string> arguments(argv + 1, argv + argc);
@@ -70,12 +68,8 @@ int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
     return TellUsage(fault, arguments);
   }
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& help) {
-    app.exit(help);
-    WriteAnswer("", "");  // tells when the help is not written whole
-  } catch (const CLI::ParseError& error) {
-    return TellUsage(error.what(), arguments);
+    return line.Run(argc, argv);
+  } catch (const WrongUsage& usage) {
+    return TellUsage(usage.message, arguments);
   }
-  return status;
 }

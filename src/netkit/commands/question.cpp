@@ -1,6 +1,5 @@
 #include "netkit/commands/question.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -90,42 +89,42 @@ std::string FaultOfCount(const std::string& text) {
              : "a positive decimal number is wanted";
 }
 
-void AddCommonFlags(CLI::App& command, QuestionOptions& options) {
-  command.add_flag("--json", options.json, "answer as JSON, a line for each net");
-  command.add_flag("-q,--quiet", options.quiet, "write nothing to standard output: the exit status tells");
-  command.add_flag("--lenient", options.lenient,
-                   "read .PD files as siphons does, which takes damaged files for nets");
+void AddCommonFlags(const Command& command, QuestionOptions& options) {
+  command.AddFlag("--json", options.json, "answer as JSON, a line for each net");
+  command.AddFlag("-q,--quiet", options.quiet, "write nothing to standard output: the exit status tells");
+  command.AddFlag("--lenient", options.lenient,
+                  "read .PD files as siphons does, which takes damaged files for nets");
 }
 
-void AddNets(CLI::App& command, QuestionOptions& options) {
+void AddNets(const Command& command, QuestionOptions& options) {
   command
-      .add_option(
-          "NET", options.nets,
+      .AddOption(
+          "NET", &options.nets,
           "file (.PD, .pnml, .pnml.gz), - for standard input, or a bare name: NET.PD in MODELDIR or here; "
           "one or more")
-      ->required();
+      .Required();
 }
 
-void AddTimeout(CLI::App& command, QuestionOptions& options) {
-  command.add_option("--timeout", options.timeout, "stop after this time, for each net")
-      ->check(FaultOfDuration)
-      ->type_name("SECONDS");
+void AddTimeout(const Command& command, QuestionOptions& options) {
+  command.AddOption("--timeout", &options.timeout, "stop after this time, for each net")
+      .Check(FaultOfDuration)
+      .ValueName("SECONDS");
 }
 
-CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
-                      QuestionOptions& options) {
-  CLI::App* const command = app.add_subcommand(name, description);
-  AddNets(*command, options);
-  command->add_option("-o,--output", options.output, "write to FILE, not to standard output")
-      ->type_name("FILE");
-  AddCommonFlags(*command, options);
+Command AddQuestion(const Command& app, const std::string& name, const std::string& description,
+                    QuestionOptions& options) {
+  const Command command = app.AddSubcommand(name, description);
+  AddNets(command, options);
+  command.AddOption("-o,--output", &options.output, "write to FILE, not to standard output")
+      .ValueName("FILE");
+  AddCommonFlags(command, options);
   return command;
 }
 
-CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::string& description,
-                          QuestionOptions& options) {
-  CLI::App* const command = AddQuestion(app, name, description, options);
-  AddTimeout(*command, options);
+Command AddLongQuestion(const Command& app, const std::string& name, const std::string& description,
+                        QuestionOptions& options) {
+  const Command command = AddQuestion(app, name, description, options);
+  AddTimeout(command, options);
   return command;
 }
 

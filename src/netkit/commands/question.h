@@ -12,12 +12,9 @@
 
 #include "base/exit_status.h"
 #include "netkit/commands/answers.h"
+#include "netkit/commands/command_line.h"
 #include "netkit/commands/run_control.h"
 #include "netkit/formats/net_file.h"
-
-namespace CLI {
-class App;
-}
 
 namespace siphons {
 
@@ -38,27 +35,22 @@ struct Answer {
 };
 
 /// Adds a subcommand with the options that all questions have. `options` must outlive the run of `app`.
-CLI::App* AddQuestion(CLI::App& app, const std::string& name, const std::string& description,
-                      QuestionOptions& options);
+Command AddQuestion(const Command& app, const std::string& name, const std::string& description,
+                    QuestionOptions& options);
 
 /// As AddQuestion, for a question that may take long: with a time limit.
-CLI::App* AddLongQuestion(CLI::App& app, const std::string& name, const std::string& description,
-                          QuestionOptions& options);
+Command AddLongQuestion(const Command& app, const std::string& name, const std::string& description,
+                        QuestionOptions& options);
 
 /// Reads every net and writes what `ask` answers; errors of a file go to standard error, or are an answer
-/// under --json. `counted` is what the progress line counts. Returns the exit status.
+/// under --json. `counted` is what the progress line counts. Returns the exit status. `ask` may
+/// throw WrongUsage, where only the net tells it, or Refusal.
 int32_t AnswerEach(const QuestionOptions& options, const std::string& counted,
                    const std::function<Answer(const PetriNet&, RunControl&)>& ask);
 
 /// As AnswerEach, but `ask` answers about a net that cannot be read, too.
 int32_t AnswerReadings(const QuestionOptions& options,
                        const std::function<Answer(const std::string&, NetReading&)>& ask);
-
-/// Wrong usage that only the net tells, thrown by `ask`: the message is told and the status is that of wrong
-/// usage.
-struct WrongUsage {
-  std::string message;
-};
 
 /// What keeps a net from being answered although it was read, thrown by `ask`: the status is that of a
 /// failure.
@@ -68,11 +60,11 @@ struct Refusal {
 };
 
 /// Adds the nets and the time limit alone, for a subcommand that writes something else than its answer.
-void AddNets(CLI::App& command, QuestionOptions& options);
-void AddTimeout(CLI::App& command, QuestionOptions& options);
+void AddNets(const Command& command, QuestionOptions& options);
+void AddTimeout(const Command& command, QuestionOptions& options);
 
 /// Adds the flags that all subcommands about nets have.
-void AddCommonFlags(CLI::App& command, QuestionOptions& options);
+void AddCommonFlags(const Command& command, QuestionOptions& options);
 
 /// The number of the place; throws WrongUsage when the net has none of this name.
 int32_t PlaceOfName(const PetriNet& net, const std::string& name);

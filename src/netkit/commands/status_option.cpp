@@ -1,17 +1,16 @@
 #include "netkit/commands/status_option.h"
 
-#include <CLI/CLI.hpp>
 #include <utility>
 
 namespace siphons {
 
-void AddStatusOptions(CLI::App& command, StatusOptions& options) {
-  command.add_flag("--status", options.show,
-                   "say of each: marked trap inside, never runs dry, may run dry, or empty from the start");
+void AddStatusOptions(const Command& command, StatusOptions& options) {
+  command.AddFlag("--status", options.show,
+                  "say of each: marked trap inside, never runs dry, may run dry, or empty from the start");
   command
-      .add_flag("--may-run-dry", options.mayRunDry,
-                "only those that may run dry or are empty from the start: no proof keeps tokens in them")
-      ->excludes("--smallest");
+      .AddFlag("--may-run-dry", options.mayRunDry,
+               "only those that may run dry or are empty from the start: no proof keeps tokens in them")
+      .Excludes({"--smallest"});
 }
 
 std::string StatusSuffix(const StatedSiphon& siphon) {

@@ -5,11 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "netkit/commands/command_line.h"
 #include "netkit/verdict/siphon_status.h"
-
-namespace CLI {
-class App;
-}
 
 namespace siphons {
 
@@ -18,7 +15,7 @@ struct StatusOptions {
   bool mayRunDry = false;  ///< leave out those that always keep enough tokens
 };
 
-void AddStatusOptions(CLI::App& command, StatusOptions& options);
+void AddStatusOptions(const Command& command, StatusOptions& options);
 
 /// A siphon that is wanted, with its status where that was asked for.
 struct StatedSiphon {

@@ -1,11 +1,11 @@
 // netkit list, structure and pmf: what the tables of the report program hold. They read a net with its
 // loader, with its messages, and end as it does when the net cannot be read.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
 
+#include "base/exit_status.h"
 #include "base/process_end.h"
 #include "driver/model_files.h"
 #include "net/load_net.h"
@@ -69,23 +69,25 @@ void Structure(const TableOptions& options) {
 
 }  // namespace
 
-void AddTables(CLI::App& app, int32_t&) {
+void AddTables(const Command& app) {
   const auto options = std::make_shared<TableOptions>();
   const auto add = [&](const char* name, const char* description, void (*run)(const TableOptions&)) {
-    CLI::App* const command = app.add_subcommand(name, description);
-    command->add_option("NET", options->net, "file (.PD), or a bare name: NET.PD in MODELDIR or here")
-        ->required();
-    command->callback([run, options] { run(*options); });
+    const Command command = app.AddSubcommand(name, description);
+    command.AddOption("NET", &options->net, "file (.PD), or a bare name: NET.PD in MODELDIR or here")
+        .Required();
+    command.SetAction([run, options] {
+      run(*options);
+      return kComplete;
+    });
     return command;
   };
   add("list", "List the net field by field on standard output", List);
   add("pmf", "Write the distributions of the general transitions to NET.pmf, beside the net", WritePmf);
-  CLI::App* const structure =
+  const Command structure =
       add("structure", "Decompose the net into subnets and write its structural analysis file", Structure);
-  CLI::Option* const output =
-      structure->add_option("-o,--output", options->output, "write to FILE, not to standard output")
-          ->type_name("FILE");
-  structure->add_flag("--summary", options->summary, "sum the subnets up on standard output")->needs(output);
+  structure.AddOption("-o,--output", &options->output, "write to FILE, not to standard output")
+      .ValueName("FILE");
+  structure.AddFlag("--summary", options->summary, "sum the subnets up on standard output").Needs("--output");
 }
 
 }  // namespace siphons
