@@ -5,6 +5,7 @@
 
 #include <bit>
 
+#include "netkit/siphons/dominators.h"
 #include "netkit/siphons/job_order.h"
 #include "netkit/siphons/job_split.h"
 #include "netkit/siphons/siphon_parts.h"
@@ -172,27 +173,62 @@ TEST(MinimalSiphons, TheSmallestAreTheFirstOfAll) {
   EXPECT_EQ(early.siphons.size(), 2U);
 }
 
+/// The jobs of all minimal siphons of two places or more.
+std::vector<SiphonJob> WholeJobs(const ArcSets& net) {
+  const ArcSets arcs = WithoutDominatedArcs(net, AllPlaces(net));
+  PlaceList others;  // a place that is a siphon alone is in no other minimal one
+  for (const int32_t p : AllPlaces(net)) {
+    const bool isAlone = std::none_of(arcs.transitions.begin(), arcs.transitions.end(), [p](const auto& t) {
+      return std::binary_search(t.outputs.begin(), t.outputs.end(), p);
+    });
+    if (!isAlone) others.push_back(p);
+  }
+  std::vector<SiphonJob> jobs;
+  for (Component& component : ComponentsOf(arcs, SiphonParts(arcs).Split(others)))
+    jobs.push_back(WholeJob(std::move(component)));
+  return jobs;
+}
+
+TEST(Dominators, AreTheOnesWithoutWhichThereIsNoPath) {
+  int dominated = 0;
+  for (uint32_t seed = 4000; seed < 5000; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    for (const SiphonJob& job : WholeJobs(RandomNet(seed, 16).arcs)) {
+      const JobArcs arcs(job);
+      const Variable places = static_cast<Variable>(job.places.size()), root = seed % places;
+      const Dominators dominators(arcs, root);
+      for (Variable p = 0; p < places; ++p) {
+        std::vector<Variable> reached;  // what leads to the root without p
+        if (p != root) reached.push_back(root);
+        for (size_t next = 0; next < reached.size(); ++next) {
+          for (const uint32_t t : arcs.producers[reached[next]]) {
+            for (const Variable q : arcs.transitions[t].inputs) {
+              if (q != p && std::find(reached.begin(), reached.end(), q) == reached.end())
+                reached.push_back(q);
+            }
+          }
+        }
+        for (Variable q = 0; q < places; ++q) {
+          const bool leads = std::find(reached.begin(), reached.end(), q) != reached.end();
+          EXPECT_EQ(dominators.Dominates(p, q), !leads) << p << " and " << q << ", root " << root;
+          dominated += leads || p == q || p == root ? 0 : 1;
+        }
+      }
+    }
+  }
+  EXPECT_GT(dominated, 300);
+}
+
 // Jobs that are split after every few answers, so that small nets are cut to the last place.
 TEST(MinimalSiphons, AreThoseOfJobsSplitToTheLast) {
   int splits = 0;
   for (uint32_t seed = 2000; seed < 2300; ++seed) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     const RandomNet net(seed, 14);
-    const ArcSets arcs = WithoutDominatedArcs(net.arcs, AllPlaces(net.arcs));
     std::set<PlaceSet> wanted;
     for (const PlaceSet siphon : MinimalSiphons(net.O, net.I)) {
       if (std::popcount(siphon) > 1) wanted.insert(siphon);
     }
-    PlaceList others;  // a place that is a siphon alone is in no other minimal one
-    for (const int32_t p : AllPlaces(net.arcs)) {
-      const bool isAlone = std::none_of(arcs.transitions.begin(), arcs.transitions.end(), [p](const auto& t) {
-        return std::binary_search(t.outputs.begin(), t.outputs.end(), p);
-      });
-      if (!isAlone) others.push_back(p);
-    }
-    SiphonParts parts(arcs);
-    std::vector<SiphonJob> jobs;
-    for (Component& component : ComponentsOf(arcs, parts.Split(others))) jobs.push_back(WholeJob(component));
     std::set<PlaceSet> found;
     const auto take = [&](const PlaceList& siphon) {
       EXPECT_TRUE(found.insert(SetOf(siphon)).second) << "a siphon comes twice";
@@ -204,7 +240,7 @@ TEST(MinimalSiphons, AreThoseOfJobsSplitToTheLast) {
     limits.steps = 10;
     const std::atomic<int32_t> mostPlaces = 14;
     if (seed % 5 == 0) limits.mostPlaces = &mostPlaces;  // none is greater: the smallest first
-    EXPECT_TRUE(RunJobs(std::move(jobs), limits, 1 + static_cast<int32_t>(seed % 2), take, kNever));
+    EXPECT_TRUE(RunJobs(WholeJobs(net.arcs), limits, 1 + static_cast<int32_t>(seed % 2), take, kNever));
     EXPECT_EQ(found, wanted);
     splits += wanted.size() > limits.answers ? 1 : 0;
   }

@@ -11,6 +11,12 @@
 // search their company: on grids 25,000 conflicts become one. A transition t is left out for p when another
 // one excludes fewer inputs and offers more outputs.
 //
+// Where all siphons hold a place r, more is known: without p, place after place goes, and r in the end. Let D
+// be the places that lead to r only through p. A transition that takes from a place of D other than p fills
+// places of D alone. So the first transition that lets a place outside of D go has p as its only held input,
+// and that place as an output (dominators.h). A loop from p back to p is then no reason to hold p, and on
+// nets with loops nearly all sets that would turn out not to be minimal are never met.
+//
 // Transitions with many inputs and many outputs get a variable "some input is held" and one for the outputs,
 // so that the clauses take as much memory as the net. Pairs of inputs of a wide transition do not exclude
 // each other: that would be a square of clauses, and leaving clauses out only lets more be found and tested.
@@ -18,6 +24,8 @@
 
 #include <algorithm>
 #include <iterator>
+
+#include "netkit/siphons/dominators.h"
 
 namespace siphons {
 
@@ -37,8 +45,13 @@ bool IsWide(const JobTransition& transition) {
 
 class ClauseWriter {
  public:
-  ClauseWriter(const JobArcs& arcs, ClauseSearch& search)
-      : arcs_(arcs), search_(search), someOutput_(arcs.transitions.size(), JobArcs::kNoVariable) {}
+  ClauseWriter(const JobArcs& arcs, std::optional<Variable> held, ClauseSearch& search)
+      : arcs_(arcs),
+        held_(held),
+        search_(search),
+        someOutput_(arcs.transitions.size(), JobArcs::kNoVariable) {
+    if (held) dominators_.emplace(arcs, *held);
+  }
 
   void SiphonCondition(const JobTransition& transition) {
     if (!IsWide(transition)) {
@@ -87,8 +100,17 @@ class ClauseWriter {
     if (IsWide(transition)) {
       Implies(literal, {SomeOutput(t)});
     } else {
-      Implies(literal, transition.outputs);
+      Implies(literal, OutputsBeyond(p, t));
     }
+  }
+
+  /// The outputs of a consumer of p that lead to the place that all siphons hold, not only through p.
+  std::vector<Variable> OutputsBeyond(Variable p, uint32_t t) const {
+    std::vector<Variable> outputs = arcs_.transitions[t].outputs;
+    if (!dominators_ || p == held_) return outputs;
+    const auto leadsBack = [this, p](Variable q) { return dominators_->Dominates(p, q); };
+    outputs.erase(std::remove_if(outputs.begin(), outputs.end(), leadsBack), outputs.end());
+    return outputs;
   }
 
   /// A variable that implies that the transition has a held output.
@@ -100,9 +122,12 @@ class ClauseWriter {
     return someOutput_[t];
   }
 
-  /// The transitions that take from p, but for those that others make superfluous.
+  /// The transitions that take from p, but for those that lead only back to p or that others make
+  /// superfluous.
   std::vector<uint32_t> TransitionsThatMayNeed(Variable p) const {
-    const std::vector<uint32_t>& consumers = arcs_.consumers[p];
+    std::vector<uint32_t> consumers;
+    std::copy_if(arcs_.consumers[p].begin(), arcs_.consumers[p].end(), std::back_inserter(consumers),
+                 [this, p](uint32_t t) { return !OutputsBeyond(p, t).empty(); });
     if (consumers.size() > kMostCompared) return consumers;
     std::vector<uint32_t> needing;
     for (size_t i = 0; i < consumers.size(); ++i) {
@@ -122,6 +147,8 @@ class ClauseWriter {
   }
 
   const JobArcs& arcs_;
+  const std::optional<Variable> held_;
+  std::optional<Dominators> dominators_;  ///< with regard to the held place
   ClauseSearch& search_;
   std::vector<Variable> someOutput_;  ///< by transition, made when it is needed
   std::vector<Literal> clause_;
@@ -129,33 +156,8 @@ class ClauseWriter {
 
 }  // namespace
 
-JobArcs::JobArcs(const SiphonJob& job)
-    : producers(job.places.size()),
-      consumers(job.places.size()),
-      variableOf(static_cast<size_t>(job.component->arcs.placeCount), kNoVariable) {
-  for (size_t i = 0; i < job.places.size(); ++i)
-    variableOf[static_cast<size_t>(job.places[i])] = static_cast<Variable>(i);
-  const auto inJob = [this](const PlaceList& places) {
-    std::vector<Variable> variables;
-    for (const int32_t p : places) {
-      const Variable variable = variableOf[static_cast<size_t>(p)];
-      if (variable != kNoVariable) variables.push_back(variable);
-    }
-    return variables;
-  };
-  for (const ArcSets::Transition& transition : job.component->arcs.transitions) {
-    std::vector<Variable> outputs = inJob(transition.outputs);
-    if (outputs.empty()) continue;
-    const uint32_t t = static_cast<uint32_t>(transitions.size());
-    transitions.push_back({inJob(transition.inputs), std::move(outputs)});
-    for (const Variable p : transitions.back().inputs) consumers[p].push_back(t);
-    for (const Variable p : transitions.back().outputs) producers[p].push_back(t);
-    arcCount += transitions.back().inputs.size() + transitions.back().outputs.size();
-  }
-}
-
-void AddSiphonClauses(const JobArcs& arcs, ClauseSearch& search) {
-  ClauseWriter writer(arcs, search);
+void AddSiphonClauses(const JobArcs& arcs, std::optional<Variable> held, ClauseSearch& search) {
+  ClauseWriter writer(arcs, held, search);
   for (const JobTransition& transition : arcs.transitions) writer.SiphonCondition(transition);
   for (Variable p = 0; p < arcs.producers.size(); ++p) writer.LocalMinimality(p);
 }

@@ -30,15 +30,15 @@ JobSearch::JobSearch(const SiphonJob& job, const JobLimits& limits, SiphonParts&
   inputsHeld_.resize(arcs_.transitions.size());
   stamps_.resize(job.places.size());
   if (IsSmallestFirst() && HasPhases()) return;
-  AddSiphonClauses(arcs_, search_);
+  const auto held = HasPhases() ? std::nullopt : std::optional(arcs_.VariableOf(job_.held[0]));
+  AddSiphonClauses(arcs_, held, search_);
   AddHeldAndKnown();
   if (IsSmallestFirst()) leastSize_.emplace(search_, static_cast<uint32_t>(job_.places.size()));
 }
 
 void JobSearch::AddHeldAndKnown() {
-  const auto variableOf = [this](int32_t p) { return arcs_.variableOf[static_cast<size_t>(p)]; };
   for (const int32_t p : job_.held) {
-    clause_.assign(1, Holds(variableOf(p)));
+    clause_.assign(1, Holds(arcs_.VariableOf(p)));
     search_.AddClause(clause_);
     PlaceList others = job_.places;
     others.erase(std::lower_bound(others.begin(), others.end(), p));
@@ -47,7 +47,7 @@ void JobSearch::AddHeldAndKnown() {
   }
   for (const PlaceList& siphon : job_.known) {
     clause_.clear();
-    for (const int32_t p : siphon) clause_.push_back(Lacks(variableOf(p)));
+    for (const int32_t p : siphon) clause_.push_back(Lacks(arcs_.VariableOf(p)));
     search_.AddClause(clause_);
   }
   answers_ = job_.known;
@@ -221,7 +221,7 @@ PlaceList JobSearch::HeldPlaces() const {
 bool JobSearch::FallsWithoutTested() {
   if (tested_.empty()) return true;
   ++answer_;
-  const Variable first = arcs_.variableOf[static_cast<size_t>(tested_[0])];
+  const Variable first = arcs_.VariableOf(tested_[0]);
   return AllTestedLeadTo(first) && FallsWithout(first);
 }
 
@@ -251,9 +251,8 @@ bool JobSearch::AllTestedLeadTo(Variable place) {
       walk_.push_back(before);
     }
   }
-  return std::all_of(tested_.begin(), tested_.end(), [this](int32_t p) {
-    return stamps_[arcs_.variableOf[static_cast<size_t>(p)]] == stamp_;
-  });
+  return std::all_of(tested_.begin(), tested_.end(),
+                     [this](int32_t p) { return stamps_[arcs_.VariableOf(p)] == stamp_; });
 }
 
 /// Whether all held places go when this one goes: those that a transition fills which takes from none of the
@@ -291,7 +290,7 @@ PlaceList JobSearch::Smaller(const PlaceList& siphon) {
 /// Excludes the sets that contain the siphon; false when nothing is left.
 bool JobSearch::LeaveOut(const PlaceList& siphon) {
   clause_.clear();
-  for (const int32_t p : siphon) clause_.push_back(Lacks(arcs_.variableOf[static_cast<size_t>(p)]));
+  for (const int32_t p : siphon) clause_.push_back(Lacks(arcs_.VariableOf(p)));
   return search_.AddFalseClause(clause_);
 }
 
@@ -302,7 +301,7 @@ bool JobSearch::HoldNextPlace() {
   if (!inPhase_ || search_.IsFixed(phase_)) {
     const auto isOver = [this](const PlaceList& siphon) {
       return std::any_of(siphon.begin(), siphon.end(),
-                         [this](int32_t p) { return IsOut(arcs_.variableOf[static_cast<size_t>(p)]); });
+                         [this](int32_t p) { return IsOut(arcs_.VariableOf(p)); });
     };
     answers_.erase(std::remove_if(answers_.begin(), answers_.end(), isOver), answers_.end());
     while (phase_ < job_.places.size() && search_.IsFixed(phase_)) ++phase_;
