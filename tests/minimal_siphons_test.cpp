@@ -173,6 +173,30 @@ TEST(MinimalSiphons, TheSmallestAreTheFirstOfAll) {
   EXPECT_EQ(early.siphons.size(), 2U);
 }
 
+// A ring of choices between one place and two: 2^40 siphons, which nobody can look at.
+TEST(MinimalSiphons, TheSmallestAreFoundAmongTooMany) {
+  constexpr int32_t kStages = 40;
+  ArcSets arcs{4 * kStages, {}};
+  PlaceList shortest;
+  for (int32_t start = 0; start < arcs.placeCount; start += 4) {
+    const int32_t next = (start + 4) % arcs.placeCount;
+    arcs.transitions.push_back({{start}, {start + 1, start + 2}});
+    arcs.transitions.push_back({{start + 2}, {start + 3}});
+    arcs.transitions.push_back({{start + 1, start + 3}, {next}});
+    shortest.insert(shortest.end(), {start, start + 1});
+  }
+  std::vector<PlaceList> wanted{shortest};
+  for (int32_t start = arcs.placeCount - 4; start >= 0; start -= 4) {
+    PlaceList longer = shortest;
+    const auto choice = std::find(longer.begin(), longer.end(), start + 1);
+    longer.insert(longer.erase(choice), {start + 2, start + 3});
+    wanted.push_back(longer);
+  }
+  for (const int32_t threads : {1, 2})
+    EXPECT_EQ(FindSmallestSiphons(arcs, {AllPlaces(arcs), {}}, threads, wanted.size(), kNever).siphons,
+              wanted);
+}
+
 /// The jobs of all minimal siphons of two places or more.
 std::vector<SiphonJob> WholeJobs(const ArcSets& net) {
   const ArcSets arcs = WithoutDominatedArcs(net, AllPlaces(net));
@@ -239,7 +263,8 @@ TEST(MinimalSiphons, AreThoseOfJobsSplitToTheLast) {
     limits.conflicts = 2;
     limits.steps = 10;
     const std::atomic<int32_t> mostPlaces = 14;
-    if (seed % 5 == 0) limits.mostPlaces = &mostPlaces;  // none is greater: the smallest first
+    if (seed % 5 < 2) limits.mostPlaces = &mostPlaces;  // none is greater
+    limits.smallestFirst = seed % 5 == 0;
     EXPECT_TRUE(RunJobs(WholeJobs(net.arcs), limits, 1 + static_cast<int32_t>(seed % 2), take, kNever));
     EXPECT_EQ(found, wanted);
     splits += wanted.size() > limits.answers ? 1 : 0;

@@ -110,7 +110,8 @@ class JobCrew {
     }
   }
 
-  /// Hands on the answers in the order of the list; whether all of them were.
+  /// Hands on the answers in the order of the list; whether all of them were. While `stop` thinks about its
+  /// answer, no job begins and none ends.
   bool HandOn(const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
     constexpr std::chrono::milliseconds kBetweenQuestions{20};
     std::unique_lock lock(mutex_);

@@ -12,6 +12,7 @@ namespace {
 
 constexpr uint64_t kRestartInterval = 512;  ///< conflicts
 constexpr uint64_t kStopInterval = 64;      ///< rounds between two questions whether to stop
+constexpr uint64_t kStepsOfSetUp = 64;      ///< for each arc
 
 [[maybe_unused]] constexpr size_t kConsistencyInterval = 512;  ///< answers
 
@@ -29,11 +30,12 @@ JobSearch::JobSearch(const SiphonJob& job, const JobLimits& limits, SiphonParts&
   for (const JobArcs::Transition& transition : arcs_.transitions) support_.push_back(transition.inputs[0]);
   inputsHeld_.resize(arcs_.transitions.size());
   stamps_.resize(job.places.size());
-  if (IsSmallestFirst() && HasPhases()) return;
+  if (limits.smallestFirst && HasPhases()) return;
   const auto held = HasPhases() ? std::nullopt : std::optional(arcs_.VariableOf(job_.held[0]));
   AddSiphonClauses(arcs_, held, search_);
   AddHeldAndKnown();
-  if (IsSmallestFirst()) leastSize_.emplace(search_, static_cast<uint32_t>(job_.places.size()));
+  if (limits.work != nullptr) *limits.work += kStepsOfSetUp * arcs_.arcCount;
+  if (limits.smallestFirst) leastSize_.emplace(search_, static_cast<uint32_t>(job_.places.size()));
 }
 
 void JobSearch::AddHeldAndKnown() {
@@ -54,12 +56,15 @@ void JobSearch::AddHeldAndKnown() {
 }
 
 JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const std::function<bool()>& stop) {
-  if (IsSmallestFirst() && HasPhases()) {
+  if (limits_.smallestFirst && HasPhases()) {
     inPhase_ = true;
     return JobEnd::kSplit;
   }
   for (uint64_t round = 0;; ++round) {
-    if (round % kStopInterval == 0 && stop()) return JobEnd::kStopped;
+    if (round % kStopInterval == 0) {
+      CountWork();
+      if (stop()) return JobEnd::kStopped;
+    }
     if (!search_.Propagate()) {
       if (!Conflict()) return JobEnd::kExhausted;
       continue;
@@ -78,8 +83,11 @@ JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const 
       }
     }
     if (leastSize_) {
-      if (leastSize_->Value() > static_cast<size_t>(*limits_.mostPlaces)) return JobEnd::kExhausted;
+      if (leastSize_->Value() > MostPlaces()) return JobEnd::kExhausted;
       if (Wish()) continue;
+    } else if (held_.size() > MostPlaces()) {
+      if (!LeaveOutGreat(MostPlaces())) return JobEnd::kExhausted;
+      continue;
     }
     const uint32_t lacking = FirstLacking();
     if (lacking != kNone) {
@@ -92,6 +100,11 @@ JobEnd JobSearch::Run(const std::function<bool(const PlaceList&)>& found, const 
     if (EndsNow()) return JobEnd::kSplit;
     if (search_.WantsCollection()) search_.Backtrack(0);
   }
+}
+
+void JobSearch::CountWork() {
+  if (limits_.work != nullptr) *limits_.work += search_.Steps() - counted_;
+  counted_ = search_.Steps();
 }
 
 /// Learns from a conflict, and now and then begins anew; false when nothing is left.
@@ -291,6 +304,17 @@ PlaceList JobSearch::Smaller(const PlaceList& siphon) {
 bool JobSearch::LeaveOut(const PlaceList& siphon) {
   clause_.clear();
   for (const int32_t p : siphon) clause_.push_back(Lacks(arcs_.VariableOf(p)));
+  return search_.AddFalseClause(clause_);
+}
+
+size_t JobSearch::MostPlaces() const {
+  return limits_.mostPlaces == nullptr ? SIZE_MAX : static_cast<size_t>(*limits_.mostPlaces);
+}
+
+/// Excludes the sets that contain the first held places, one more than wanted; false when nothing is left.
+bool JobSearch::LeaveOutGreat(size_t mostPlaces) {
+  clause_.clear();
+  for (size_t i = 0; i <= mostPlaces; ++i) clause_.push_back(Lacks(held_[i]));
   return search_.AddFalseClause(clause_);
 }
 

@@ -15,9 +15,11 @@
 // places around this one only. A job that takes long is split at a place that half of its answers have: the
 // clauses of the others are then not carried along, and the parts can go to other threads.
 //
-// Where greater siphons than a number are not wanted, every phase is a job of its own at once, and a job
-// finds its siphons by their size (least_size.h): its first decisions are the wishes, and when these cannot
-// be fulfilled, it learns that from their core. It ends when the least size is above the number.
+// Where greater siphons than a number are not wanted, what holds more places is a conflict. That is felt
+// late, when nearly so many are held. So, when asked for the smallest first, every phase is a job of its own
+// at once, and a job finds its siphons by their size (least_size.h): its first decisions are the wishes, and
+// when these cannot be fulfilled, it learns that from their core. It ends when the least size is above the
+// number.
 //
 // An answer costs the arcs of its places and the watched clauses that are touched on the way.
 #pragma once
@@ -69,7 +71,8 @@ class JobSearch {
   bool EndsNow();
   std::optional<int32_t> PlaceToSplit() const;
 
-  bool IsSmallestFirst() const { return limits_.mostPlaces != nullptr; }
+  void CountWork();
+  size_t MostPlaces() const;
   bool Wish();
 
   void FollowTrail();
@@ -85,6 +88,7 @@ class JobSearch {
   bool FallsWithout(Variable place);
   bool AllTestedLeadTo(Variable place);
   PlaceList Smaller(const PlaceList& siphon);
+  bool LeaveOutGreat(size_t mostPlaces);
   bool LeaveOut(const PlaceList& siphon);
 
   PlaceList PlacesLeft() const;
@@ -98,7 +102,7 @@ class JobSearch {
   std::vector<Variable> held_;          ///< held places in the order of the trail
   size_t seen_ = 0;                     ///< of the trail
   size_t supported_ = 0;                ///< of the held places: these lack nothing
-  std::optional<LeastSize> leastSize_;  ///< where greater siphons are not wanted
+  std::optional<LeastSize> leastSize_;  ///< where the smallest come first
   size_t wished_ = 0;                   ///< of its wishes: these are true
   std::vector<Mark> marks_;             ///< by level
   std::vector<Variable> support_;       ///< by transition: an input place that was held when asked last
@@ -124,6 +128,7 @@ class JobSearch {
   uint64_t splitAtConflicts_;
   uint64_t conflicts_ = 0;
   uint64_t restartAt_;
+  uint64_t counted_ = 0;  ///< of the steps: those that were added to the work
 };
 
 }  // namespace siphons

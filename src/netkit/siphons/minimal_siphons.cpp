@@ -84,6 +84,8 @@ bool EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int3
   if (query.parts > 1) jobs = JobsOfPart(std::move(jobs), query.part, query.parts);
   JobLimits limits;
   limits.mostPlaces = query.mostPlaces;
+  limits.smallestFirst = query.smallestFirst;
+  limits.work = query.work;
   return RunJobs(
       std::move(jobs), limits, threads, [&found](const PlaceList& siphon) { return found(siphon); }, stop);
 }

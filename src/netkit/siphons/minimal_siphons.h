@@ -16,6 +16,11 @@ struct SiphonQuery {
   PlaceList containing;  ///< and these are among its places
   /// If not null: with two places or more, it has no more than these many. The number may fall meanwhile.
   const std::atomic<int32_t>* mostPlaces = nullptr;
+  /// With `mostPlaces`: those that have the same first place come by their size, so that it is proved of the
+  /// rest, without a look at it, that it is greater.
+  bool smallestFirst = false;
+  /// If not null, the work is added to it now and then, in steps: about a hundred take a microsecond.
+  std::atomic<uint64_t>* work = nullptr;
   int32_t part = 1;   ///< of `parts`: every siphon belongs to one part
   int32_t parts = 1;  ///< at least 1
 };
@@ -23,8 +28,8 @@ struct SiphonQuery {
 /// Calls found(places) for every wanted minimal siphon of the net, its places ascending, each siphon once.
 /// The order depends on nothing but the net and the query. The search ends early when `found` returns false,
 /// or when `stop`, which is asked often, returns true; both are called from the calling thread. With more
-/// than one thread the search runs beside it. Needs memory for the net and for some thousand siphons, and in
-/// rare cases for all that were found.
+/// than one thread the search runs beside it, and waits for `stop` with its next job. Needs memory for the
+/// net and for some thousand siphons, and in rare cases for all that were found.
 bool EnumerateMinimalSiphons(const ArcSets& arcs, const SiphonQuery& query, int32_t threads,
                              const std::function<bool(std::span<const int32_t>)>& found,
                              const std::function<bool()>& stop);

@@ -27,8 +27,10 @@ struct JobLimits {
   size_t answers = 500;        ///< siphons, known ones too, after which it is split
   uint64_t conflicts = 20000;  ///< the same
   uint64_t steps = 20000;      ///< of one phase at least, before it becomes a job of its own
-  const std::atomic<int32_t>* mostPlaces =
-      nullptr;  ///< if not null, greater siphons are not wanted; may fall
+  /// If not null, greater siphons are not wanted. The number may fall meanwhile.
+  const std::atomic<int32_t>* mostPlaces = nullptr;
+  bool smallestFirst = false;             ///< whether a job finds its siphons by their size; with mostPlaces
+  std::atomic<uint64_t>* work = nullptr;  ///< if not null, the steps of all jobs are added up here
 };
 
 enum class JobEnd {
