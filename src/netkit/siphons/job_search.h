@@ -50,6 +50,10 @@ class JobSearch {
   /// After kSplit: the jobs that the rest consists of, to be done in this order.
   std::vector<SiphonJob> Remainder();
 
+  /// After a Run that was not exhausted: how many places are neither held nor out in all siphons that were
+  /// not found yet and hold the place, or do not hold it, as far as it is plain to see.
+  size_t UndecidedAfter(int32_t place, bool isHeld);
+
  private:
   static constexpr uint32_t kNone = UINT32_MAX;
 
@@ -73,6 +77,7 @@ class JobSearch {
 
   void CountWork();
   size_t MostPlaces() const;
+  bool LeaveOutGreat(size_t mostPlaces);
   bool Wish();
 
   void FollowTrail();
@@ -88,7 +93,6 @@ class JobSearch {
   bool FallsWithout(Variable place);
   bool AllTestedLeadTo(Variable place);
   PlaceList Smaller(const PlaceList& siphon);
-  bool LeaveOutGreat(size_t mostPlaces);
   bool LeaveOut(const PlaceList& siphon);
 
   PlaceList PlacesLeft() const;
