@@ -59,13 +59,13 @@ WrittenNet WriteAsPd(PetriNet net, const std::string& output) {
 
 }  // namespace
 
-void CheckNetOutput(const std::string& input, const std::string& output) {
+void CheckNetOutput(const std::string& input, const std::string& output, const std::string& option) {
   if (!output.ends_with(".PD") && !output.ends_with(".pnml") && !output.ends_with(".pnml.gz")) {
-    throw WrongUsage{"--output: a file that ends with .PD, .pnml or .pnml.gz is wanted"};
+    throw WrongUsage{option + ": a file that ends with .PD, .pnml or .pnml.gz is wanted"};
   }
   std::error_code error;
   if (input != "-" && fs::equivalent(FindNet(input), output, error)) {
-    throw WrongUsage{"--output: the file is the net itself; name another one"};
+    throw WrongUsage{option + ": the file is the net itself; name another one"};
   }
 }
 

@@ -9,8 +9,10 @@
 
 namespace siphons {
 
-/// Throws WrongUsage when the ending of the output names no format, or when it is the net that was read.
-void CheckNetOutput(const std::string& input, const std::string& output);
+/// Throws WrongUsage when the ending of the output, which the option gave, names no format, or when it is the
+/// net that was read.
+void CheckNetOutput(const std::string& input, const std::string& output,
+                    const std::string& option = "--output");
 
 /// What is said about a net that was written.
 struct WrittenNet {

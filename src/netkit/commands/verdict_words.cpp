@@ -19,14 +19,18 @@ const char* WordOf(Finding finding) {
 
 namespace {
 
-std::string TrapsOf(const Verdict& verdict) {
-  if (verdict.conditions > 0) {
-    return "marked traps and " + std::to_string(verdict.conditions) +
-           (verdict.conditions == 1 ? " condition" : " conditions") + " on the order of firings";
+std::string CountOf(size_t count, const std::string& one) {
+  return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+std::string EquationWith(const Refutations& refutations) {
+  std::string with;
+  if (!refutations.traps.empty()) with = " with " + CountOf(refutations.traps.size(), "marked trap");
+  if (!refutations.conditions.empty()) {
+    with += (with.empty() ? " with " : " and ") + CountOf(refutations.conditions.size(), "condition") +
+            " on the order of firings";
   }
-  if (verdict.reduced) return "marked traps";
-  return std::to_string(verdict.traps.size()) +
-         (verdict.traps.size() == 1 ? " marked trap" : " marked traps");
+  return "the state equation" + with;
 }
 
 std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
@@ -36,14 +40,16 @@ std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
     case Ground::kNothingAsked:
       return "some transition asks for nothing and can always fire";
     case Ground::kTraps:
-      if (verdict.reduced) return "marked traps leave no marking that holds every transition up";
-      if (verdict.traps.empty()) return "no marking holds every transition up";
-      if (FeaturesOf(net).None()) return "every siphon keeps a marked trap (Commoner's condition)";
-      return TrapsOf(verdict) + " leave no marking that holds every transition up";
+      if (verdict.refutations.traps.empty()) return "no marking holds every transition up";
+      if (FeaturesOf(verdict.reduced ? *verdict.reduced : net).None())
+        return "every siphon keeps a marked trap (Commoner's condition)";
+      return CountOf(verdict.refutations.traps.size(), "marked trap") +
+             (verdict.refutations.traps.size() == 1 ? " leaves" : " leave") +
+             " no marking that holds every transition up";
     case Ground::kEquation:
-      return "the state equation with " + TrapsOf(verdict) + " has no dead marking";
+      return EquationWith(verdict.refutations) + " has no dead marking";
     case Ground::kWholeEquation:
-      return "the state equation with " + TrapsOf(verdict) + " has no dead marking in whole numbers";
+      return EquationWith(verdict.refutations) + " has no dead marking in whole numbers";
     case Ground::kAllMarkings:
       return "none of all " + std::to_string(verdict.markings) + " reachable markings is dead";
     case Ground::kReduced:
@@ -54,7 +60,7 @@ std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
     case Ground::kWalk:
       return "shorter sequences may lead to a dead marking, too";
     case Ground::kReductions:
-      return "after reductions, every place of some marked trap enables a transition alone";
+      return "every place of some marked trap enables a transition alone";
   }
   return verdict.reason;
 }
@@ -63,9 +69,9 @@ std::string OwnGroundOf(const PetriNet& net, const Verdict& verdict) {
 
 std::string GroundOf(const PetriNet& net, const Verdict& verdict) {
   const std::string ground = OwnGroundOf(net, verdict);
-  if (!verdict.reduced || verdict.ground == Ground::kReductions) return ground;
-  return "reduced to " + std::to_string(verdict.reduced->places) + " places and " +
-         std::to_string(verdict.reduced->transitions) + " transitions: " + ground;
+  if (!verdict.reduced) return ground;
+  return "reduced to " + CountOf(verdict.reduced->places.size(), "place") + " and " +
+         CountOf(verdict.reduced->transitions.size(), "transition") + ": " + ground;
 }
 
 int32_t StatusOf(Finding finding) {

@@ -84,7 +84,7 @@ void MutableNet::RemovePlace(int32_t place) {
 void MutableNet::MakeTest(int32_t transition) {
   MutableTransition test = At(transition);
   test.outputs = test.inputs;
-  test.macro = AddMacro({});
+  test.macro = AddMacro({{test.macro, 0}});
   RemoveTransition(transition);
   AddTransition(std::move(test));
 }

@@ -20,7 +20,7 @@ using ArcList = std::vector<PlaceTokens>;  ///< ascending places, each once, wei
 /// The weight at a place, 0 without an arc.
 int64_t WeightAt(const ArcList& arcs, int32_t place);
 
-/// Part of a macro: another one, fired so many times.
+/// Part of a macro: another one, fired so many times; 0 times where it is only asked whether it could fire.
 struct MacroPart {
   int32_t macro = 0;
   int64_t times = 1;
@@ -45,7 +45,7 @@ struct ReductionState {
   std::vector<std::vector<MacroPart>> macros;  ///< empty for original transitions
   std::vector<MacroPart> early;                ///< fired before everything else, in this order
   std::vector<std::vector<LateFiring>> late;   ///< groups fired as long as possible, the last one first
-  bool neverDead = false;                      ///< a rule saw that no dead marking can be reached
+  std::vector<int32_t> keepingTrap;  ///< empty, or a set of places that keeps all markings from being dead
 };
 
 class MutableNet : public ReductionState {

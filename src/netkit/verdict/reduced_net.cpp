@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cassert>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
 #include <utility>
 
 #include "netkit/verdict/agglomeration.h"
@@ -20,14 +24,67 @@ bool Agglomerate(MutableNet& net, const std::function<bool()>& stop) {
 }
 
 void Reduce(MutableNet& net, const std::function<bool()>& stop) {
-  for (bool any = true; any && !net.neverDead && !stop();) {
+  for (bool any = true; any && !stop();) {
     any = RemoveDeadTransitions(net);
     for (const auto rule :
          {RemoveIdlePlaces, RemoveEqualPlaces, RemoveDominatedTransitions, RemoveWaysIntoTraps}) {
       any = rule(net) || any;
     }
+    if (!net.keepingTrap.empty()) break;
     any = Agglomerate(net, stop) || any;
     assert(net.Consistent());
+  }
+}
+
+/// What a macro fires, in the words that ReducedNet::Net promises.
+std::string NameOf(const MutableNet& reduced, const PetriNet& net, int32_t macro) {
+  constexpr size_t kMostTerms = 4;
+  constexpr int32_t kMostSteps = 100;
+  struct Term {
+    int32_t transition;
+    int64_t times;
+  };
+  std::vector<Term> terms;
+  std::vector<MacroPart> waiting = {{macro, 1}};
+  bool asksOnly = false;
+  for (int32_t step = 0; step < kMostSteps && terms.size() <= kMostTerms && !waiting.empty(); ++step) {
+    const MacroPart part = waiting.back();
+    waiting.pop_back();
+    if (static_cast<size_t>(part.macro) < net.transitions.size()) {
+      if (!terms.empty() && terms.back().transition == part.macro) {
+        terms.back().times += part.times;
+      } else {
+        terms.push_back({part.macro, part.times});
+      }
+      continue;
+    }
+    if (part.times > 1) waiting.push_back({part.macro, part.times - 1});
+    const auto& parts = reduced.macros[static_cast<size_t>(part.macro)];
+    for (auto next = parts.rbegin(); next != parts.rend(); ++next) {
+      asksOnly = asksOnly || next->times == 0;
+      waiting.push_back({next->macro, std::max<int64_t>(next->times, 1)});
+    }
+  }
+  std::string name;
+  for (const Term& term : std::span(terms).first(std::min(terms.size(), kMostTerms))) {
+    if (!name.empty()) name += '+';
+    if (term.times > 1) name += std::to_string(term.times) + "*";
+    name += net.transitions[static_cast<size_t>(term.transition)].name;
+  }
+  if (!waiting.empty() || terms.size() > kMostTerms) name += "+...";
+  return asksOnly ? name + "?" : name;
+}
+
+/// Adds numbers to the names of transitions that are taken.
+void MakeNamesUnique(PetriNet& net) {
+  std::set<std::string> taken;
+  std::map<std::string, int32_t> uses;
+  for (const Place& place : net.places) taken.insert(place.name);
+  for (Transition& transition : net.transitions) {
+    const std::string wish = transition.name;
+    while (!taken.insert(transition.name).second) {
+      transition.name = wish + "#" + std::to_string(++uses[wish] + 1);
+    }
   }
 }
 
@@ -39,8 +96,12 @@ ReducedNet::ReducedNet(const PetriNet& net, const std::function<bool()>& stop) :
   for (int32_t p = 0; p < work_.PlaceCount(); ++p) {
     if (work_.Gone(p)) continue;
     numberOf[static_cast<size_t>(p)] = static_cast<int32_t>(net_.places.size());
-    net_.places.emplace_back().tokens = work_.Tokens(p);
+    Place& kept = net_.places.emplace_back();
+    kept.name = net.places[static_cast<size_t>(p)].name;
+    kept.id = net.places[static_cast<size_t>(p)].id;
+    kept.tokens = work_.Tokens(p);
   }
+  for (const int32_t p : work_.keepingTrap) keepingTrap_.push_back(numberOf[static_cast<size_t>(p)]);
   const auto arcsOf = [&numberOf](const ArcList& list) {
     std::vector<Arc> arcs;
     for (const PlaceTokens& entry : list) {
@@ -54,10 +115,12 @@ ReducedNet::ReducedNet(const PetriNet& net, const std::function<bool()>& stop) :
     if (transition.gone) continue;
     macroOf_.push_back(transition.macro);
     Transition& kept = net_.transitions.emplace_back();
+    kept.name = NameOf(work_, net, transition.macro);
     kept.inputs = arcsOf(transition.inputs);
     kept.outputs = arcsOf(transition.outputs);
     kept.inhibitors = arcsOf(transition.inhibitors);
   }
+  MakeNamesUnique(net_);
 }
 
 std::optional<std::vector<int32_t>> ReducedNet::Unfolded(const std::vector<int32_t>& sequence,

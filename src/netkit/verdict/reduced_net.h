@@ -16,6 +16,7 @@
 #include <optional>
 #include <vector>
 
+#include "netkit/siphons/arc_sets.h"
 #include "netkit/verdict/mutable_net.h"
 
 namespace siphons {
@@ -25,9 +26,12 @@ class ReducedNet {
   /// The net has neither enabling functions nor marking-dependent arcs. `stop` ends the reduction early.
   ReducedNet(const PetriNet& net, const std::function<bool()>& stop);
 
-  /// Whether a rule saw that no dead marking can be reached.
-  bool NeverDead() const { return work_.neverDead; }
-  /// What is left, timed transitions only.
+  /// Empty, or a marked trap of the reduced net each of whose places is the only input, by an arc of weight
+  /// 1, of some transition without inhibitor arcs: no reachable marking is dead.
+  const PlaceList& KeepingTrap() const { return keepingTrap_; }
+  /// What is left, timed transitions only. Places have the names that they have in the net; the name of a
+  /// transition says what it stands for: `a+2*b` for a, then b twice; `a?` for what asks what a asks and
+  /// changes nothing; `...` for more, with a number where names would be equal.
   const PetriNet& Net() const { return net_; }
 
   /// A sequence of the reduced net into a dead marking as one of the original net, priorities left out;
@@ -42,6 +46,7 @@ class ReducedNet {
   MutableNet work_;
   PetriNet net_;
   std::vector<int32_t> macroOf_;  ///< by transition of the reduced net
+  PlaceList keepingTrap_;
 };
 
 }  // namespace siphons

@@ -186,8 +186,10 @@ bool RemoveWaysIntoTraps(MutableNet& net) {
   for (int32_t p = 0; p < net.PlaceCount(); ++p) {
     if (inTrap[static_cast<size_t>(p)]) trap.push_back(p);
   }
-  for (const int32_t p : trap) net.neverDead = net.neverDead || net.Tokens(p) > 0;
-  if (net.neverDead) return false;
+  if (std::any_of(trap.begin(), trap.end(), [&net](int32_t p) { return net.Tokens(p) > 0; })) {
+    net.keepingTrap = std::move(trap);
+    return false;
+  }
   for (const int32_t p : trap) {
     while (!net.Consumers(p).empty()) net.RemoveTransition(net.Consumers(p).back());
   }

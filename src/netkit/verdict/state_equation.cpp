@@ -77,6 +77,12 @@ std::vector<Clause> Strongest(std::vector<Clause> clauses, size_t placeCount) {
   return kept;
 }
 
+StateEquation::Answer AnswerOf(z3::check_result result) {
+  return result == z3::unsat ? StateEquation::Answer::kNoSolution
+         : result == z3::sat ? StateEquation::Answer::kSolution
+                             : StateEquation::Answer::kUnknown;
+}
+
 int64_t RoundedUp(const z3::expr& number) {
   int64_t numerator = 0, denominator = 1;
   if (!Z3_get_numeral_rational_int64(number.ctx(), number, &numerator, &denominator)) {
@@ -112,6 +118,18 @@ struct StateEquation::Z3 {
   z3::expr Express(const Condition& condition) {
     const z3::expr tokens = marking[static_cast<size_t>(condition.place)];
     return condition.atLeast ? tokens >= Number(condition.tokens) : tokens <= Number(condition.tokens);
+  }
+  z3::expr Express(const FiringCondition& condition) {
+    z3::expr_vector any(context);
+    const auto firingsOf = [this](int32_t t) {
+      return firings[static_cast<size_t>(columnOf[static_cast<size_t>(t)])];
+    };
+    if (condition.kind == FiringCondition::Kind::kTrap) {
+      for (const int32_t p : condition.places) any.push_back(Express({p, true, 1}));
+    }
+    for (const int32_t t : condition.breakers) any.push_back(firingsOf(t) > Number(0));
+    if (condition.cause >= 0) any.push_back(firingsOf(condition.cause) <= Number(0));
+    return z3::mk_or(any);
   }
 
   Numbers numbers;
@@ -186,21 +204,8 @@ void StateEquation::RequireAtMost(int32_t place, int64_t most) {
   z3_->solver.add(z3_->Express({place, false, most}));
 }
 
-void StateEquation::RequireMarked(const PlaceList& trap) {
-  z3::expr_vector marked(z3_->context);
-  for (const int32_t p : trap) marked.push_back(z3_->Express({p, true, 1}));
-  z3_->solver.add(z3::mk_or(marked));
-}
-
 void StateEquation::Require(const FiringCondition& condition) {
-  z3::expr_vector any(z3_->context);
-  const auto firings = [this](int32_t t) {
-    return z3_->firings[static_cast<size_t>(z3_->columnOf[static_cast<size_t>(t)])];
-  };
-  for (const int32_t p : condition.marked) any.push_back(z3_->Express({p, true, 1}));
-  for (const int32_t t : condition.fired) any.push_back(firings(t) > z3_->Number(0));
-  if (condition.notFired >= 0) any.push_back(firings(condition.notFired) <= z3_->Number(0));
-  z3_->solver.add(z3::mk_or(any));
+  z3_->solver.add(z3_->Express(condition));
 }
 
 const std::vector<int32_t>& StateEquation::Alike(int32_t transition) const {
@@ -216,6 +221,35 @@ void StateEquation::Pop() {
 }
 
 StateEquation::Answer StateEquation::Solve(int64_t steps, const std::function<bool()>& stop) {
+  return Check(steps, stop, [this] { return AnswerOf(z3_->solver.check()); });
+}
+
+StateEquation::Answer StateEquation::SolveWith(const std::vector<FiringCondition>& conditions,
+                                               std::vector<size_t>& needed, int64_t steps,
+                                               const std::function<bool()>& stop) {
+  z3::expr_vector assumed(z3_->context);
+  z3_->solver.push();
+  for (const FiringCondition& condition : conditions) {
+    const std::string name = "c" + std::to_string(assumed.size());
+    assumed.push_back(z3_->context.bool_const(name.c_str()));
+    z3_->solver.add(z3::implies(assumed.back(), z3_->Express(condition)));
+  }
+  const Answer answer = Check(steps, stop, [&] { return AnswerOf(z3_->solver.check(assumed)); });
+  if (answer == Answer::kNoSolution) {
+    std::set<std::string> core;
+    for (const z3::expr& condition : z3_->solver.unsat_core()) core.insert(condition.decl().name().str());
+    needed.clear();
+    for (size_t i = 0; i < conditions.size(); ++i) {
+      if (core.count("c" + std::to_string(i)) > 0) needed.push_back(i);
+    }
+  }
+  z3_->solver.pop();
+  return answer;
+}
+
+/// What `ask` says within so many steps, while another thread asks whether to stop.
+StateEquation::Answer StateEquation::Check(int64_t steps, const std::function<bool()>& stop,
+                                           const std::function<Answer()>& ask) {
   constexpr auto kBetweenQuestions = std::chrono::milliseconds(20);
   if (stop()) return Answer::kUnknown;
   z3_->solver.set("rlimit", static_cast<unsigned>(std::min<int64_t>(steps, UINT32_MAX)));
@@ -228,9 +262,9 @@ StateEquation::Answer StateEquation::Solve(int64_t steps, const std::function<bo
       if (stop()) z3_->context.interrupt();
     }
   });
-  z3::check_result result = z3::unknown;
+  Answer answer = Answer::kUnknown;
   try {
-    result = z3_->solver.check();
+    answer = ask();
   } catch (const z3::exception&) {  // the solver gave up: unknown
   }
   {
@@ -239,7 +273,7 @@ StateEquation::Answer StateEquation::Solve(int64_t steps, const std::function<bo
   }
   ended.notify_one();
   watch.join();
-  return result == z3::unsat ? Answer::kNoSolution : result == z3::sat ? Answer::kSolution : Answer::kUnknown;
+  return answer;
 }
 
 int64_t StateEquation::Steps() const {

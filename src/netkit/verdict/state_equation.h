@@ -28,11 +28,16 @@ struct Candidate {
   std::vector<int64_t> firings;  ///< by transition
 };
 
-/// One of these places holds a token, or one of the transitions fires, or `notFired` does not.
+/// What every sequence of firings keeps to, in terms that the equation knows (support_sets.h).
+///
+/// kTrap: one of the places holds a token, or a breaker fires, or the cause does not. Without breakers and
+/// cause that is a marked trap. kSiphon: a breaker fires, or the cause does not.
 struct FiringCondition {
-  PlaceList marked;
-  std::vector<int32_t> fired;
-  int32_t notFired = -1;  ///< -1: none
+  enum class Kind { kTrap, kSiphon };
+  Kind kind = Kind::kTrap;
+  PlaceList places;
+  std::vector<int32_t> breakers = {};  ///< the transitions for which the places are no trap or siphon
+  int32_t cause = -1;  ///< puts into the trap or takes from the siphon; -1: the trap is marked initially
 };
 
 class StateEquation {
@@ -56,8 +61,8 @@ class StateEquation {
   /// From now on M(place) <= most.
   void RequireAtMost(int32_t place, int64_t most);
   /// From now on the places, a trap that is marked initially, hold a token at least.
-  void RequireMarked(const PlaceList& trap);
-  /// From now on the condition holds. Its transitions change some place; `notFired` stands for all that are
+  void RequireMarked(const PlaceList& trap) { Require({.places = trap}); }
+  /// From now on the condition holds. Its transitions change some place; the cause stands for all that are
   /// alike.
   void Require(const FiringCondition& condition);
   /// The transitions with the same change, whose firings are counted together; the transition changes some
@@ -70,6 +75,10 @@ class StateEquation {
 
   /// Looks for a solution in so many steps of the solver; `stop` is asked by another thread meanwhile.
   Answer Solve(int64_t steps, const std::function<bool()>& stop);
+  /// The same, with more conditions for this time only. If there is no solution, `needed` becomes those of
+  /// them, by number, that already leave none.
+  Answer SolveWith(const std::vector<FiringCondition>& conditions, std::vector<size_t>& needed, int64_t steps,
+                   const std::function<bool()>& stop);
   /// Steps taken until now.
   int64_t Steps() const;
   /// What the last Solve found: the places that are exactly empty in it, and all of it.
@@ -78,6 +87,7 @@ class StateEquation {
 
  private:
   struct Z3;
+  Answer Check(int64_t steps, const std::function<bool()>& stop, const std::function<Answer()>& ask);
   const PetriNet& net_;
   std::unique_ptr<Z3> z3_;
 };

@@ -111,11 +111,7 @@ bool SupportSets::IsCause(Kind kind, int32_t transition, int32_t place) const {
 }
 
 FiringCondition SupportSets::ConditionOf(Kind kind, const PlaceList& places, int32_t cause) const {
-  FiringCondition condition;
-  if (kind == Kind::kTrap) condition.marked = places;
-  condition.fired = Breakers(net_, places, kind == Kind::kSiphon);
-  condition.notFired = cause;
-  return condition;
+  return {kind, places, Breakers(net_, places, kind == Kind::kSiphon), cause};
 }
 
 }  // namespace siphons

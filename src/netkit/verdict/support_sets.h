@@ -7,8 +7,8 @@
 // initially empty set all take from it, none of them ever fires, and nothing is taken from it: a siphon, for
 // these transitions. A candidate that says otherwise is refuted, and the reason becomes a condition on all
 // solutions: the set holds a token, or the cause does not fire, or one of the transitions fires that the set
-// is no trap or siphon for (Athanasiou et al. 2016). The condition holds for every set of places, however it
-// was found.
+// is no trap or siphon for, its breakers (Athanasiou et al. 2016). The condition holds for every set of
+// places, however it was found.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ class SupportSets {
   std::vector<FiringCondition> Broken(const Candidate& candidate, const PlaceList& empty, size_t most);
 
  private:
-  enum class Kind { kTrap, kSiphon };
+  using Kind = FiringCondition::Kind;
 
   void Search(Kind kind, PlaceList places, size_t most, std::vector<FiringCondition>& found);
   bool IsCause(Kind kind, int32_t transition, int32_t place) const;

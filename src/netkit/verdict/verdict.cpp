@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "netkit/verdict/exploration.h"
+#include "netkit/verdict/proof.h"
 #include "netkit/verdict/reduced_net.h"
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
-#include "netkit/verdict/support_sets.h"
 #include "netkit/verdict/traps.h"
 #include "netkit/verdict/walks.h"
 
@@ -24,7 +24,6 @@ constexpr int64_t kSolverSteps = 4'000'000;  // of a proof
 constexpr int64_t kGuidedWalks = 8;
 constexpr int64_t kGrowth = 4;
 constexpr size_t kMostUnfolded = 20'000'000;  // firings
-constexpr size_t kTrapsPerCandidate = 50;
 
 /// Whether nothing can hold a transition up. What a marking-dependent output arc may do is not known.
 bool AlwaysAllowed(const Transition& transition) {
@@ -46,66 +45,6 @@ constexpr ProofKind kProofs[] = {
     {StateEquation::Numbers::kRational, StateEquation::Search::kNeeded, Ground::kEquation, kSolverSteps / 8},
     {StateEquation::Numbers::kRational, StateEquation::Search::kEverything, Ground::kEquation, 0},
     {StateEquation::Numbers::kWhole, StateEquation::Search::kEverything, Ground::kWholeEquation, 0}};
-
-/// A proof under way: an equation, and the traps that it was given.
-class Proof {
- public:
-  /// `exact`: no enabling function and no marking-dependent arc is in the net.
-  Proof(const PetriNet& net, const ProofKind& kind, bool exact)
-      : net_(net), equation_(net, kind.numbers, kind.search) {
-    equation_.RequireDead();
-    if (exact && kind.numbers != StateEquation::Numbers::kNoEquation) supportSets_.emplace(net, equation_);
-  }
-
-  enum class State { kOpen, kProved, kCandidate };
-
-  State Go(int64_t steps, TrapFinder& finder, std::vector<PlaceList>& traps,
-           const std::function<bool()>& stop) {
-    const int64_t end = equation_.Steps() + steps;
-    while (state_ == State::kOpen) {
-      for (; trapsGiven_ < traps.size(); ++trapsGiven_) equation_.RequireMarked(traps[trapsGiven_]);
-      const int64_t left = end - equation_.Steps();
-      if (left <= 0) break;
-      const StateEquation::Answer answer = equation_.Solve(left, stop);
-      if (answer == StateEquation::Answer::kUnknown) break;
-      if (answer == StateEquation::Answer::kNoSolution) {
-        state_ = State::kProved;
-        break;
-      }
-      const auto found = finder.MarkedTraps(equation_.EmptyPlaces(), kTrapsPerCandidate);
-      if (found.empty() && !RefuteBySupport()) state_ = State::kCandidate;
-      for (const PlaceList& trap : found) {
-        if (!IsMarkedTrap(net_, trap)) std::abort();  // a proof on it would be worthless
-        traps.push_back(trap);
-      }
-    }
-    return state_;
-  }
-
-  /// In state kCandidate.
-  Candidate ItsCandidate() { return equation_.Solution(); }
-
-  /// On the order of firings, that it was given.
-  int32_t Conditions() const { return conditions_; }
-
- private:
-  /// Whether the solution breaks conditions on the order of its firings; they are given to the equation.
-  bool RefuteBySupport() {
-    if (!supportSets_) return false;
-    const auto broken =
-        supportSets_->Broken(equation_.Solution(), equation_.EmptyPlaces(), kTrapsPerCandidate);
-    for (const FiringCondition& condition : broken) equation_.Require(condition);
-    conditions_ += static_cast<int32_t>(broken.size());
-    return !broken.empty();
-  }
-
-  const PetriNet& net_;
-  StateEquation equation_;
-  std::optional<SupportSets> supportSets_;
-  int32_t conditions_ = 0;
-  size_t trapsGiven_ = 0;
-  State state_ = State::kOpen;
-};
 
 class Decision {
  public:
@@ -190,19 +129,24 @@ class Decision {
     if (!limits_.reductions || !firingNet_.Exact()) return false;
     const ReducedNet reduced(net_, stop_);
     const PetriNet& net = reduced.Net();
-    const NetSize size = {static_cast<int32_t>(net.places.size()),
-                          static_cast<int32_t>(net.transitions.size())};
-    if (reduced.NeverDead()) return FreeByReduction(Ground::kReductions, size, 0);
-    if (net.places.size() == net_.places.size() && net.transitions.size() == net_.transitions.size())
-      return false;
+    const bool isLess =
+        net.places.size() != net_.places.size() || net.transitions.size() != net_.transitions.size();
+    if (!reduced.KeepingTrap().empty()) {
+      Verdict verdict;
+      verdict.ground = Ground::kReductions;
+      verdict.refutations.traps = {reduced.KeepingTrap()};
+      if (isLess) verdict.reduced = net;
+      return FreeAs(std::move(verdict));
+    }
+    if (!isLess) return false;
     VerdictLimits limits = limits_;
     limits.reductions = false;
     const int64_t before = Looked();
-    const Verdict verdict =
+    Verdict verdict =
         Decision(net, limits, [this, before](int64_t looked) { return question_(before + looked); }).Run();
     if (verdict.finding == Finding::kDeadlockFree) {
-      verdict_.conditions = verdict.conditions;
-      return FreeByReduction(verdict.ground, size, verdict.markings);
+      verdict.reduced = net;
+      return FreeAs(std::move(verdict));
     }
     if (verdict.finding == Finding::kUndecided) return false;
     const auto sequence = reduced.Unfolded(verdict.sequence, kMostUnfolded);
@@ -211,22 +155,20 @@ class Decision {
     return possible && Dead(Ground::kReducedSearch, *sequence);
   }
 
-  bool FreeByReduction(Ground ground, NetSize size, int64_t markings) {
-    traps_.clear();
-    verdict_.reduced = size;
-    verdict_.markings = markings;
-    return Free(ground);
+  bool FreeAs(Verdict verdict) {
+    verdict_ = std::move(verdict);
+    return Free(verdict_.ground);
   }
 
   /// Goes on with the proofs where the last round left them.
   bool Prove(int64_t factor) {
     while (!ProofOver() && !stop_()) {
       const ProofKind& kind = kProofs[proofNumber_];
-      if (!proof_) proof_.emplace(net_, kind, firingNet_.Exact());
+      if (!proof_) proof_.emplace(net_, kind.numbers, kind.search, firingNet_.Exact());
       const int64_t steps = kind.steps > 0 ? kind.steps : factor * kSolverSteps;
       const Proof::State state = proof_->Go(steps, finder_, traps_, stop_);
       if (state == Proof::State::kProved) {
-        verdict_.conditions = proof_->Conditions();
+        verdict_.refutations = limits_.onlyNeeded ? proof_->Needed(traps_, stop_) : proof_->Given(traps_);
         return Free(kind.ground);
       }
       if (state == Proof::State::kOpen && kind.steps == 0) return false;
@@ -247,9 +189,6 @@ class Decision {
   bool Free(Ground ground) {
     verdict_.finding = Finding::kDeadlockFree;
     verdict_.ground = ground;
-    const bool byTraps =
-        ground == Ground::kTraps || ground == Ground::kEquation || ground == Ground::kWholeEquation;
-    if (byTraps) verdict_.traps = traps_;
     verdict_.candidate.reset();
     return true;
   }

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "netkit/model/petri_net.h"
+#include "netkit/verdict/proof.h"
 #include "netkit/verdict/state_equation.h"
 
 namespace siphons {
@@ -40,20 +41,13 @@ enum class Ground {
   kReductions,  ///< a marked trap of places that each enable a transition alone, seen while reducing
 };
 
-struct NetSize {
-  int32_t places = 0;
-  int32_t transitions = 0;
-};
-
 struct Verdict {
   Finding finding = Finding::kUndecided;
   Ground ground = Ground::kNone;
-  std::optional<NetSize>
-      reduced;                    ///< of the reduced net that the ground speaks of; else it is the net itself
-  std::vector<PlaceList> traps;   ///< that the proof used, if it is about the net itself
-  int32_t conditions = 0;         ///< on the order of firings, that the proof was given
-  std::vector<int32_t> sequence;  ///< into the dead marking
-  std::vector<int64_t> dead;      ///< the dead marking
+  std::optional<PetriNet> reduced;     ///< the reduced net that a proof is about; else it is the net itself
+  Refutations refutations;             ///< that the proof used; their places are those of its net
+  std::vector<int32_t> sequence;       ///< into the dead marking
+  std::vector<int64_t> dead;           ///< the dead marking
   std::optional<Candidate> candidate;  ///< the last one that no marked trap refutes
   int64_t markings = 0;                ///< seen by the exploration that decided, or by the largest one
   int64_t firings = 0;                 ///< of the walks
@@ -65,6 +59,8 @@ struct VerdictLimits {
   int64_t bytes = int64_t{1} << 30;  ///< that an exploration may hold
   /// Which lines are followed.
   bool proof = true, breadthFirst = true, reduced = true, walks = true, reductions = true;
+  /// Whether the refutations that a proof can do without are looked for and left out.
+  bool onlyNeeded = false;
 };
 
 /// Asked often, sometimes from another thread, with the number of markings and firings looked at until then;
