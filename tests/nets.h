@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <random>
 #include <set>
 #include <string>
@@ -42,9 +43,44 @@ inline PetriNet MakeNet(const std::vector<int64_t>& tokens, std::vector<Transiti
 struct RandomFeatures {
   bool weights = true, inhibitors = true, priorities = true;
   bool unknown = false;  ///< enabling functions and marking-dependent arcs
+  /// Instead of all this: machines with two or three states, one of them marked, which move alone or two at
+  /// a time while a third one stands in a state. Their proofs need traps and conditions more often.
+  bool machines = false;
 };
 
+inline PetriNet RandomMachines(std::mt19937& random) {
+  const auto below = [&random](int32_t n) {
+    return static_cast<int32_t>(random() % static_cast<uint32_t>(n));
+  };
+  std::vector<int32_t> first, states;
+  std::vector<int64_t> tokens;
+  for (int32_t machine = 3 + below(3); machine > 0; --machine) {
+    first.push_back(static_cast<int32_t>(tokens.size()));
+    states.push_back(2 + below(2));
+    tokens.push_back(1);
+    tokens.resize(tokens.size() + static_cast<size_t>(states.back()) - 1);
+  }
+  std::vector<int32_t> machines(first.size());
+  std::iota(machines.begin(), machines.end(), 0);
+  std::vector<Transition> transitions;
+  for (int32_t count = 4 + below(10); count > 0; --count) {
+    std::swap(machines[static_cast<size_t>(below(3))], machines[machines.size() - 1]);
+    Ends inputs, outputs;
+    const int32_t moved = 1 + below(2);
+    for (int32_t i = 0; i < moved + below(2); ++i) {
+      const size_t machine = static_cast<size_t>(machines[static_cast<size_t>(i)]);
+      const int32_t from = below(states[machine]);
+      const int32_t to = i < moved ? (from + 1 + below(states[machine] - 1)) % states[machine] : from;
+      inputs.emplace_back(first[machine] + from, 1);
+      outputs.emplace_back(first[machine] + to, 1);
+    }
+    transitions.push_back(MakeTransition(inputs, outputs));
+  }
+  return MakeNet(tokens, std::move(transitions));
+}
+
 inline PetriNet RandomNet(std::mt19937& random, const RandomFeatures& features) {
+  if (features.machines) return RandomMachines(random);
   const auto below = [&random](uint32_t n) { return static_cast<int32_t>(random() % n); };
   PetriNet net;
   net.places.resize(2 + static_cast<size_t>(below(5)));

@@ -126,6 +126,7 @@ TEST(Verdict, AgreesWithListings) {
   CompareWithListings({.inhibitors = false, .priorities = false}, 2, 150);
   CompareWithListings({.priorities = false}, 3, 100);
   CompareWithListings({.unknown = true}, 4, 100);
+  CompareWithListings({.machines = true}, 7, 200);
 }
 
 // p0 -> p1 -> p0 with 3 tokens, where t1 moves 2 at a time: blocks with 1 token in p1.
@@ -221,6 +222,7 @@ void CompareReductions(const RandomFeatures& features, uint32_t seed, int nets) 
 TEST(ReducedNet, BlocksWhereTheNetBlocks) {
   CompareReductions({.weights = false, .inhibitors = false, .priorities = false}, 5, 400);
   CompareReductions({.priorities = false}, 6, 400);
+  CompareReductions({.machines = true}, 8, 400);
 }
 
 TEST(ReducedNet, WaitsOnlyForWhatNoOtherTakes) {
