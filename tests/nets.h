@@ -43,6 +43,7 @@ inline PetriNet MakeNet(const std::vector<int64_t>& tokens, std::vector<Transiti
 struct RandomFeatures {
   bool weights = true, inhibitors = true, priorities = true;
   bool unknown = false;  ///< enabling functions and marking-dependent arcs
+  bool sparse = false;   ///< more places, with few arcs: chains, which much of a net can be reduced to
   /// Instead of all this: machines with two or three states, one of them marked, which move alone or two at
   /// a time while a third one stands in a state. Their proofs need traps and conditions more often.
   bool machines = false;
@@ -83,14 +84,14 @@ inline PetriNet RandomNet(std::mt19937& random, const RandomFeatures& features) 
   if (features.machines) return RandomMachines(random);
   const auto below = [&random](uint32_t n) { return static_cast<int32_t>(random() % n); };
   PetriNet net;
-  net.places.resize(2 + static_cast<size_t>(below(5)));
+  net.places.resize((features.sparse ? 5 : 2) + static_cast<size_t>(below(5)));
   for (size_t p = 0; p < net.places.size(); ++p) {
     net.places[p].name = "p" + std::to_string(p);
     net.places[p].tokens = std::max(0, below(4) - 1);
   }
   net.transitions.resize(1 + static_cast<size_t>(below(7)));
   const auto arcs = [&](std::vector<Arc>& list, uint32_t most, bool weighted) {
-    for (int32_t count = below(most); count > 0; --count) {
+    for (int32_t count = features.sparse ? 1 + below(most) / 3 : below(most); count > 0; --count) {
       Arc arc;
       arc.place = below(static_cast<uint32_t>(net.places.size()));
       if (weighted && below(4) == 0) arc.weight = 2 + below(2);

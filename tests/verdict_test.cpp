@@ -12,6 +12,7 @@
 #include "netkit/verdict/firing_net.h"
 #include "netkit/verdict/marking_store.h"
 #include "netkit/verdict/reduced_net.h"
+#include "netkit/verdict/redundancy.h"
 #include "netkit/verdict/replay.h"
 #include "netkit/verdict/shortening.h"
 #include "netkit/verdict/support_sets.h"
@@ -223,6 +224,8 @@ TEST(ReducedNet, BlocksWhereTheNetBlocks) {
   CompareReductions({.weights = false, .inhibitors = false, .priorities = false}, 5, 400);
   CompareReductions({.priorities = false}, 6, 400);
   CompareReductions({.machines = true}, 8, 400);
+  CompareReductions({.inhibitors = false, .priorities = false, .sparse = true}, 9, 3000);
+  CompareReductions({.priorities = false, .sparse = true}, 10, 3000);
 }
 
 TEST(ReducedNet, WaitsOnlyForWhatNoOtherTakes) {
@@ -234,6 +237,34 @@ TEST(ReducedNet, WaitsOnlyForWhatNoOtherTakes) {
   net.transitions.push_back(MakeTransition({{0, 1}}, {{2, 1}}));
   MutableNet shared(net);
   EXPECT_FALSE(AgglomerateBefore(shared, 1));
+}
+
+TEST(ReducedNet, NoRuleGoesTooFar) {
+  // t0 puts into p1, from which t1 or t2 takes at once: unless p1 holds a token, which may go either way, or
+  // an inhibitor arc of t3 tests what t1 puts.
+  PetriNet net =
+      MakeNet({1, 0, 0, 0}, {MakeTransition({{0, 1}}, {{1, 1}}), MakeTransition({{1, 1}}, {{2, 1}}),
+                             MakeTransition({{1, 1}}, {{3, 1}}), MakeTransition({{3, 2}}, {})});
+  MutableNet empty(net);
+  EXPECT_TRUE(AgglomerateAfter(empty, 1));
+  PetriNet marked = net;
+  marked.places[1].tokens = 1;
+  MutableNet withToken(marked);
+  EXPECT_FALSE(AgglomerateAfter(withToken, 1));
+  net.transitions[3].inhibitors = MakeArcs({{2, 1}});
+  MutableNet watched(net);
+  EXPECT_FALSE(AgglomerateAfter(watched, 1));
+
+  // t0 takes as many tokens from p0 as from p1, but gives more back to p1.
+  MutableNet unequal(MakeNet({1, 1}, {MakeTransition({{0, 1}, {1, 1}}, {{0, 1}, {1, 2}})}));
+  EXPECT_FALSE(RemoveEqualPlaces(unequal));
+
+  // t0 and t1 do the same, t1 with up to one token in p1, too.
+  net = MakeNet({1, 0, 0}, {MakeTransition({{0, 1}}, {{2, 1}}), MakeTransition({{0, 1}}, {{2, 1}})});
+  for (size_t t = 0; t < 2; ++t) net.transitions[t].inhibitors = MakeArcs({{1, static_cast<int64_t>(t) + 1}});
+  MutableNet inhibited(net);
+  EXPECT_TRUE(RemoveDominatedTransitions(inhibited));
+  EXPECT_TRUE(inhibited.At(0).gone && !inhibited.At(1).gone);
 }
 
 TEST(ReducedNet, UnfoldsWhatItJoined) {
