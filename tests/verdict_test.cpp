@@ -9,6 +9,7 @@
 #include <map>
 
 #include "netkit/verdict/agglomeration.h"
+#include "netkit/verdict/exploration.h"
 #include "netkit/verdict/firing_net.h"
 #include "netkit/verdict/marking_store.h"
 #include "netkit/verdict/reduced_net.h"
@@ -327,6 +328,27 @@ TEST(MarkingStore, FindsWhatItHolds) {
     store.Unpack(static_cast<int32_t>(i), marking);
     EXPECT_EQ(marking, entered[i]);
   }
+}
+
+TEST(Exploration, FindsTowardsAGoalWhatThereIs) {
+  std::mt19937 random(11);
+  int dead = 0;
+  for (int i = 0; i < 400; ++i) {
+    SCOPED_TRACE("net " + std::to_string(i));
+    const PetriNet net = RandomNet(random, {.priorities = false, .machines = i % 2 == 0});
+    const Listing listing = ListMarkings(net, 1000);
+    if (!listing.complete) continue;
+    const FiringNet firing(net);
+    Exploration exploration(firing, ExplorationOrder::kReduced);
+    Exploration::End end = exploration.Run(50, INT64_MAX, kNever);
+    exploration.SetGoal(*listing.markings.rbegin());
+    if (end == Exploration::End::kLimit) end = exploration.Run(INT64_MAX, INT64_MAX, kNever);
+    ASSERT_EQ(end, listing.dead ? Exploration::End::kDeadlock : Exploration::End::kExhausted);
+    if (!listing.dead) continue;
+    EXPECT_TRUE(IsDead(net, Replay(net, exploration.Sequence()).value()));
+    ++dead;
+  }
+  EXPECT_GT(dead, 50);
 }
 
 TEST(Shortening, TakesOutWhatIsInVain) {

@@ -59,6 +59,7 @@ bool StubbornSet::Close(int32_t from, size_t mostEnabled) {
     }
     enabledMembers_.push_back(t);
     if (enabledMembers_.size() >= mostEnabled) return false;
+    work_ += static_cast<int64_t>(conflicts_[t].size());
     for (const int32_t other : conflicts_[t]) Add(other);
   }
   return true;
@@ -77,6 +78,7 @@ void StubbornSet::AddMenders(int32_t transition) {
   size_t leastNew = SIZE_MAX;
   const auto weigh = [&](std::span<const int32_t> menders) {
     size_t added = 0;
+    work_ += static_cast<int64_t>(menders.size());
     for (const int32_t t : menders) added += memberSince_[static_cast<size_t>(t)] != round_ ? size_t{1} : 0;
     if (added >= leastNew) return;
     leastNew = added;

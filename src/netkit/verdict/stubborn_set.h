@@ -29,6 +29,9 @@ class StubbornSet {
   /// a stubborn set: the smallest of the closures around a few of them.
   void Reduce(const Marking& marking, std::vector<int32_t>& enabled);
 
+  /// Transitions looked at, until now.
+  int64_t Work() const { return work_; }
+
  private:
   bool Close(int32_t from, size_t mostEnabled);
   void Add(int32_t transition);
@@ -38,6 +41,7 @@ class StubbornSet {
   const Marking* marking_ = nullptr;
   FlatLists<int32_t> conflicts_;  ///< by transition: what it could disable, or what could disable it
   std::vector<uint64_t> memberSince_, enabledSince_;  ///< the last round in which it was
+  int64_t work_ = 0;
   uint64_t round_ = 0, marked_ = 0;
   std::vector<int32_t> members_, enabledMembers_, best_;
 };

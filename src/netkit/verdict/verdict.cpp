@@ -18,9 +18,10 @@ namespace siphons {
 namespace {
 
 /// The budgets of the first round.
-constexpr int64_t kWork = 10'000'000;        // of an exploration
-constexpr int64_t kWalking = 2'000'000;      // of the walks
-constexpr int64_t kSolverSteps = 4'000'000;  // of a proof
+constexpr int64_t kWork = 10'000'000;         // of an exploration
+constexpr int64_t kReducedWork = 40'000'000;  // of one that stubborn sets reduce
+constexpr int64_t kWalking = 2'000'000;       // of the walks
+constexpr int64_t kSolverSteps = 4'000'000;   // of a proof
 constexpr int64_t kGuidedWalks = 8;
 constexpr int64_t kGrowth = 4;
 constexpr size_t kMostUnfolded = 20'000'000;  // firings
@@ -71,8 +72,8 @@ class Decision {
     for (int32_t round = 0; round < limits_.rounds && !stop_(); ++round, factor *= kGrowth) {
       if (Explore(breadthFirst_, factor * kWork, Ground::kAllMarkings, Ground::kBreadthFirst) ||
           Walk(factor * kWalking) || (round == 0 && ReduceNet()) ||
-          Explore(reduced_, factor * kWork, Ground::kReduced, Ground::kReducedSearch) || Prove(factor) ||
-          FollowGuide(factor * kGuidedWalks)) {
+          Explore(reduced_, factor * kReducedWork, Ground::kReduced, Ground::kReducedSearch) ||
+          Prove(factor) || FollowGuide(factor * kGuidedWalks)) {
         return std::move(verdict_);
       }
       if (!breadthFirst_ && !reduced_ && !walks_ && ProofOver()) break;
@@ -177,6 +178,7 @@ class Decision {
         while (!ProofOver() && kProofs[proofNumber_].ground == kind.ground) ++proofNumber_;
         verdict_.candidate = proof_->ItsCandidate();
         if (walks_) walks_->SetGuide(verdict_.candidate->firings);
+        if (reduced_) reduced_->SetGoal(verdict_.candidate->marking);
         if (FollowGuide(kGuidedWalks)) return true;
       }
       proof_.reset();
