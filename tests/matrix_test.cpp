@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 
@@ -48,6 +49,21 @@ TEST(MatrixLife, GrowingKeepsRowsAndTruncatingDropsThem) {
   EXPECT_EQ(copy->NbRows, 3u);
   ASSERT_EQ(ResizeRows(&m, 2), 0);
   EXPECT_EQ(m->NbRows, 2u);
+  FreeMat(m);
+}
+
+TEST(MatrixLife, RowsKeepWhatTheyHoldWhileOthersComeAndGo) {
+  Matrix* m = BuildMat(0, 2);
+  for (const uint32_t rows : {2300u, 1000u, 2600u, 1u, 1500u, 999u, 1001u}) {
+    const uint32_t kept = std::min(rows, m->NbRows);
+    PartFreeMat(&m, kept);
+    ASSERT_EQ(ResizeRows(&m, static_cast<int32_t>(rows - kept)), 0);
+    for (uint32_t r = kept; r < rows; ++r) m->p[r][0] = m->p[r][1] = static_cast<int32_t>(r);
+    for (uint32_t r = 0; r < rows; ++r) {
+      ASSERT_EQ(m->p[r][0], static_cast<int32_t>(r)) << rows;
+      ASSERT_EQ(m->p[r][1], static_cast<int32_t>(r)) << rows;
+    }
+  }
   FreeMat(m);
 }
 

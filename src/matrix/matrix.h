@@ -1,10 +1,10 @@
 // The dense matrix of signed 32-bit integers that carries the net's incidence matrices, the inequality
 // system, the solver's rays, bit rows and index tables, and the siphons.
 //
-// A matrix is handled through a pointer and owns its row-pointer array and every row; a row is a block of its
-// own, so that rows can be added, dropped and exchanged without moving the others, and no row belongs to two
-// matrices. Rows and columns are numbered from 0; no operation checks an index or a shape. Memory that cannot
-// be had ends the process (out_of_memory.h), except in ResizeRows.
+// A matrix is handled through a pointer and owns its row-pointer array and every row. Rows can be added and
+// dropped at the end without moving the others, and no row belongs to two matrices; a row pointer never
+// changes while its row exists. Rows and columns are numbered from 0; no operation checks an index or a
+// shape. Memory that cannot be had ends the process (out_of_memory.h), except in ResizeRows.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +12,20 @@
 
 namespace siphons {
 
+/// Rows that were made together.
+struct RowBlock {
+  RowBlock* previous;  ///< the block of the rows before these, or null
+  int32_t* entries;    ///< row after row, behind this record
+  uint32_t first;      ///< the first row
+  uint32_t end;        ///< behind the last row; in the last block, rows from NbRows on are free
+};
+
 struct Matrix {
   uint32_t NbRows;     ///< below 2^31
   uint32_t NbColumns;  ///< length of every row
   int32_t** p;         ///< p[r] is row r; slots from NbRows on are stale
   uint32_t slots;      ///< of p, at least NbRows
+  RowBlock* blocks;    ///< the last one
 };
 
 /// New matrix, entries not initialised. The caller owns it.

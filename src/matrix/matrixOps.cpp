@@ -1,14 +1,13 @@
 #include "matrix/matrixOps.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "base/arithmetic.h"
 
 namespace siphons {
 
 Matrix* SwapRows(uint32_t i, uint32_t j, Matrix* m) {
-  std::swap(m->p[i], m->p[j]);
+  std::swap_ranges(m->p[i], m->p[i] + m->NbColumns, m->p[j]);
   return m;
 }
 

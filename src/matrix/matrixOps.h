@@ -8,7 +8,7 @@
 
 namespace siphons {
 
-/// Exchanges the row pointers i and j; returns m.
+/// Exchanges the contents of rows i and j; returns m.
 Matrix* SwapRows(uint32_t i, uint32_t j, Matrix* m);
 
 /// Exchanges the contents of rows i and j through `scratch`, which holds at least NbColumns entries.
