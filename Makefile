@@ -39,7 +39,7 @@ build/release/CMakeCache.txt: CMakeLists.txt CMakePresets.json
 # The page that netkit draw writes, in a browser.
 test-page: all
 	@scripts/setup page
-	@python3 tests/page/page_test.py build/release/netkit examples
+	@python3 -B tests/page/page_test.py build/release/netkit examples
 
 test: test-debug
 asan: test-asan
