@@ -120,7 +120,10 @@ TEST(Pnml, DamagedFilesEndInAnError) {
 /// A random net with everything that a .PD file can say.
 PetriNet RandomModel(std::mt19937& random) {
   const auto below = [&random](uint32_t n) { return static_cast<int32_t>(random() % n); };
-  const auto point = [&below] { return Point{below(4000) / 100.0, (below(4000) - 2000) / 1000.0}; };
+  const int32_t scale = below(4) == 0 ? 0 : 1;  // 0: all is at the origin
+  const auto point = [&below, scale] {
+    return Point{scale * below(4000) / 100.0, scale * (below(4000) - 2000) / 1000.0};
+  };
   RandomFeatures features;
   features.unknown = true;
   PetriNet net = RandomNet(random, features);
@@ -132,8 +135,8 @@ PetriNet RandomModel(std::mt19937& random) {
   net.measures.push_back({"mean", "E{#p0}", {}});
   for (Place& place : net.places) {
     if (place.tokens == 2 && below(2) == 0) place.markingParameter = "count";
-    if (below(2) == 0) place.position = point();
-    if (place.position && below(2) == 0) place.labelPosition = point();
+    if (scale == 0 || below(2) == 0) place.position = point();
+    if (place.position && (scale == 0 || below(2) == 0)) place.labelPosition = point();
   }
   for (Transition& transition : net.transitions) {
     using Delay = TransitionDelay::Kind;

@@ -100,6 +100,7 @@ PetriNet PnmlBuilder::Build(pugi::xml_node net) {
   for (const auto& [number, element] : transitionElements_) TakeToolData(element, net_.transitions[number]);
   GiveNames();
   TakeMarkingParameters();
+  TakePositions(net);
   arcNumbers_.reserve(arcs_.size());
   for (const pugi::xml_node arc : arcs_) TakeArc(arc);
   if (net_.places.empty()) Error(net, "the net has no place; is this the right file?");

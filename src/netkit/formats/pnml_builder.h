@@ -57,6 +57,7 @@ class PnmlBuilder {
   void TakeToolData(pugi::xml_node element, Transition& transition);
   static void TakeToolData(pugi::xml_node element, Arc& arc);
   void TakeNetToolData(pugi::xml_node net);
+  void TakePositions(pugi::xml_node net);
   void TakeMarkingParameters();
 
   // What all use, pnml_builder.cpp.
@@ -88,5 +89,9 @@ pugi::xml_node ToolDataOf(pugi::xml_node element);
 
 /// The name by which files tell the blocks of this program.
 inline constexpr const char* kToolName = "netkit";
+
+/// The value of the attribute "positions" in the tool data of a net whose nodes, labels and delays are all
+/// there and have no elements that say it.
+inline constexpr std::string_view kAllAtOrigin = "origin";
 
 }  // namespace siphons

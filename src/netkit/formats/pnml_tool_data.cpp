@@ -109,6 +109,18 @@ void PnmlBuilder::TakeNetToolData(pugi::xml_node net) {
   }
 }
 
+/// A file that says so has all of them there, unless another program has placed some nodes since.
+void PnmlBuilder::TakePositions(pugi::xml_node net) {
+  if (ToolDataOf(net).attribute("positions").value() != kAllAtOrigin) return;
+  const auto isPlaced = [](const auto& node) { return node.position.has_value(); };
+  if (std::any_of(net_.places.begin(), net_.places.end(), isPlaced)) return;
+  if (std::any_of(net_.transitions.begin(), net_.transitions.end(), isPlaced)) return;
+  for (Place& place : net_.places) place.position = place.labelPosition = Point{};
+  for (Transition& transition : net_.transitions) {
+    transition.position = transition.labelPosition = transition.delayPosition = Point{};
+  }
+}
+
 /// A place whose tokens come from a parameter must have as many as that says.
 void PnmlBuilder::TakeMarkingParameters() {
   std::unordered_map<std::string_view, double> values;

@@ -43,11 +43,28 @@ double Difference(double a, double b) {
   return std::abs(a - b) < kLarge ? std::round((a - b) * kMillion) / kMillion : a - b;
 }
 
-/// Name, label and position, as places and transitions have them.
+bool IsOrigin(const std::optional<Point>& point) {
+  return point && point->x == 0 && point->y == 0 && !std::signbit(point->x) && !std::signbit(point->y);
+}
+
+/// Generated .PD files put everything at the origin. Without that, a large file is a third shorter, and a
+/// program that lays nets out does so.
+bool IsAllAtOrigin(const PetriNet& net) {
+  const auto isAtOrigin = [](const auto& node) {
+    return IsOrigin(node.position) && IsOrigin(node.labelPosition);
+  };
+  return std::all_of(net.places.begin(), net.places.end(), isAtOrigin) &&
+         std::all_of(net.transitions.begin(), net.transitions.end(), [&](const Transition& transition) {
+           return isAtOrigin(transition) && IsOrigin(transition.delayPosition);
+         });
+}
+
+/// Name and, with `placed`, label and position, as places and transitions have them.
 template <typename Item>
-void AddNode(pugi::xml_node element, const Item& item) {
+void AddNode(pugi::xml_node element, const Item& item, bool placed) {
   pugi::xml_node name = element.append_child("name");
   name.append_child("text").text().set(item.name.c_str());
+  if (!placed) return;
   if (item.position && item.labelPosition) {
     AddPoint(name.append_child("graphics"), "offset",
              {Difference(item.labelPosition->x, item.position->x),
@@ -64,7 +81,7 @@ std::string IdOf(bool keepsIds, const std::string& id, char kind, size_t number)
 
 class Writer {
  public:
-  explicit Writer(const PetriNet& net) : net_(net) {
+  explicit Writer(const PetriNet& net) : net_(net), isAllAtOrigin_(IsAllAtOrigin(net)) {
     const auto hasId = [](const auto& item) { return !item.id.empty(); };
     keepsIds_ = std::all_of(net.places.begin(), net.places.end(), hasId) &&
                 std::all_of(net.transitions.begin(), net.transitions.end(), hasId);
@@ -97,7 +114,7 @@ class Writer {
     const Place& place = net_.places[p];
     pugi::xml_node element = page_.append_child("place");
     Set(element, "id", IdOf(keepsIds_, place.id, 'p', p));
-    AddNode(element, place);
+    AddNode(element, place, !isAllAtOrigin_);
     if (place.tokens > 0) AddText(element, "initialMarking", std::to_string(place.tokens));
     if (!place.markingParameter.empty()) Set(AddToolData(element), "parameter", place.markingParameter);
   }
@@ -106,7 +123,7 @@ class Writer {
     const Transition& transition = net_.transitions[t];
     pugi::xml_node element = page_.append_child("transition");
     Set(element, "id", IdOf(keepsIds_, transition.id, 't', t));
-    AddNode(element, transition);
+    AddNode(element, transition, !isAllAtOrigin_);
     // Most transitions of most nets are standard ones, which a block each would make half of a large file.
     const Transition standard;
     pugi::xml_node data;
@@ -132,7 +149,7 @@ class Writer {
       set("auxiliaryFlag", std::to_string(transition.auxiliary->flag));
       set("auxiliaryValue", RealText(transition.auxiliary->value));
     }
-    if (transition.delayPosition) {
+    if (transition.delayPosition && !isAllAtOrigin_) {
       set("delayX", RealText(transition.delayPosition->x));
       set("delayY", RealText(transition.delayPosition->y));
     }
@@ -166,6 +183,7 @@ class Writer {
   void AddNetData(pugi::xml_node net) const {
     pugi::xml_node data = AddToolData(net);
     Set(data, "type", WordOf(kTypeWords, net_.type));
+    if (isAllAtOrigin_) Set(data, "positions", kAllAtOrigin);
     if (!net_.description.empty()) data.append_child("description").text().set(net_.description.c_str());
     for (const Parameter& parameter : net_.parameters) {
       pugi::xml_node child = data.append_child("parameter");
@@ -188,6 +206,7 @@ class Writer {
   }
 
   const PetriNet& net_;
+  const bool isAllAtOrigin_;
   bool keepsIds_ = false;
   int64_t arcs_ = 0;
   pugi::xml_node page_;
