@@ -3,6 +3,7 @@
 #include <array>
 #include <cinttypes>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 #include "base/exit_status.h"
@@ -30,12 +31,15 @@ int64_t TokensOf(const PetriNet& net, const PlaceList& set) {
 std::string MarkingLine(const PetriNet& net, const PlaceList& set) {
   std::array<char, 32> tokens;
   std::snprintf(tokens.data(), tokens.size(), "MARKING: %4" PRId64 " { ", TokensOf(net, set));
-  std::string line = tokens.data();
-  for (const int32_t p : set) {
-    line += net.places[static_cast<size_t>(p)].name;
-    line += ' ';
-  }
-  return line + "}\n";
+  const std::string_view head = tokens.data(), end = "}\n";
+  size_t length = head.size() + end.size();
+  for (const int32_t p : set) length += net.places[static_cast<size_t>(p)].name.size() + 1;
+  std::string line;
+  line.reserve(length);
+  line += head;
+  for (const int32_t p : set) (line += net.places[static_cast<size_t>(p)].name) += ' ';
+  line += end;
+  return line;
 }
 
 Json JsonOf(const PetriNet& net, const PlaceList& set) {
