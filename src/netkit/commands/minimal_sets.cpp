@@ -188,11 +188,22 @@ Findings Find(const PetriNet& net, const EnumerationOptions& options, RunControl
   return collector.Finish(EnumerateMinimalSiphons(arcs, query, options.jobs, take, stop));
 }
 
+/// About the length of the lines of the sets, with names as long as the net's are on the average; a text that
+/// has it beforehand is not copied as it grows.
+size_t ExpectedLength(const PetriNet& net, const std::vector<StatedSiphon>& sets) {
+  size_t nameLengths = 0, places = 0;
+  for (const Place& place : net.places) nameLengths += place.name.size() + 1;
+  for (const StatedSiphon& set : sets) places += set.places.size();
+  constexpr size_t kRestOfLine = 20;
+  return sets.size() * kRestOfLine + places * (nameLengths / std::max<size_t>(1, net.places.size()) + 1);
+}
+
 std::string TextOf(const PetriNet& net, const EnumerationOptions& options, const Findings& findings,
                    const std::string& reason) {
   std::string text = std::string("No. of ") + options.Kind() + " = " + std::to_string(findings.count) +
                      (options.share.empty() ? "" : " (part " + options.share + ")") +
                      (reason.empty() ? "" : " (incomplete: " + reason + ")") + "\n";
+  text.reserve(text.size() + ExpectedLength(net, findings.sets));
   for (const StatedSiphon& set : findings.sets) text += LineOf(net, set);
   return text;
 }
