@@ -256,12 +256,8 @@ void AddCheck(const Command& app) {
       "Exit status: 0 deadlock-free, 10 deadlock, 11 undecided; 1 a net cannot be read or an answer not be "
       "written, 2 wrong usage, 255 out of memory. With several nets, the greatest.");
   command.SetAction([options] {
-    if (!options->trace.empty() && options->nets.size() > 1) {
-      throw WrongUsage{"--trace: takes one NET only"};
-    }
-    if (!options->reduced.empty() && options->nets.size() > 1) {
-      throw WrongUsage{"--reduced: takes one NET only"};
-    }
+    RequireOneNet(*options, !options->trace.empty(), "--trace");
+    RequireOneNet(*options, !options->reduced.empty(), "--reduced");
     return AnswerEach(*options, "markings and firings", [&options](const PetriNet& net, RunControl& control) {
       return AnswerAbout(net, *options, control);
     });

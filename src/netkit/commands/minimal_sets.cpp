@@ -265,7 +265,7 @@ void AddMinimalSets(const Command& app, bool traps) {
       "Exit status: 0 complete, 1 a net cannot be read or an answer not be written, 2 wrong usage, "
       "3 stopped at a limit or interrupted (what was found is written then, too), 255 out of memory.");
   command.SetAction([options] {
-    if (options->stream && options->nets.size() > 1) throw WrongUsage{"--stream: takes one NET"};
+    RequireOneNet(*options, options->stream, "--stream");
     return AnswerEach(*options, options->Kind(), [&options](const PetriNet& net, RunControl& control) {
       return AnswerAbout(net, *options, control);
     });

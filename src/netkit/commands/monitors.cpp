@@ -160,9 +160,7 @@ void AddMonitors(const Command& app) {
       "Exit status, of the net with monitors: 0 deadlock-free, 10 deadlock, 11 undecided; 1 a net cannot be "
       "read or not be written, 2 wrong usage, 255 out of memory. With several nets, the greatest.");
   command.SetAction([question] {
-    if (!question->newNet.empty() && question->nets.size() > 1) {
-      throw WrongUsage{"--output: takes one NET only"};
-    }
+    RequireOneNet(*question, !question->newNet.empty(), "--output");
     return AnswerEach(*question, "markings and firings",
                       [&question](const PetriNet& net, RunControl& control) {
                         return AnswerAbout(net, *question, control);

@@ -70,6 +70,10 @@ class AnswerWriter {
 
 }  // namespace
 
+void RequireOneNet(const QuestionOptions& options, bool isGiven, const char* option) {
+  if (isGiven && options.nets.size() > 1) throw WrongUsage{std::string(option) + ": takes one NET only"};
+}
+
 int32_t PlaceOfName(const PetriNet& net, const std::string& name) {
   return NumberOfName("place", net.places, name);
 }

@@ -66,6 +66,9 @@ void AddTimeout(const Command& command, QuestionOptions& options);
 /// Adds the flags that all subcommands about nets have.
 void AddCommonFlags(const Command& command, QuestionOptions& options);
 
+/// Throws WrongUsage when an option that is for one net was given with several.
+void RequireOneNet(const QuestionOptions& options, bool isGiven, const char* option);
+
 /// The number of the place; throws WrongUsage when the net has none of this name.
 int32_t PlaceOfName(const PetriNet& net, const std::string& name);
 
